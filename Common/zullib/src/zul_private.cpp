@@ -1,0 +1,246 @@
+#include "zul_private.h"
+
+#include "kova/templates/platform/invariant.h"
+#include "tag_kinds.h"
+#include "zullib.h"
+
+#include <algorithm>
+#include <unordered_map>
+#include <unordered_set>
+
+using TagPointers = std::unordered_map<ZUL_tag const*, ZUL_tag*>;
+
+namespace {
+
+/// Whether other tags may refer to tags with this id.
+bool isReferable(std::uint32_t id)
+{
+    return id == ZUL_process::tag_id || id == ZUL_module::tag_id || id == ZUL_destination::tag_id ||
+           id == ZUL_register::old_tag_id || id == ZUL_register::new_tag_id;
+}
+
+/// A copy of a tag whose class is not the format's own: its bytes.
+std::unique_ptr<ZUL_tag> copyAsBytes(ZUL* parent, ZUL_tag& tag)
+{
+    std::vector<std::byte> bytes(tag.getSaveLength());
+    tag.Save(bytes.data());
+    auto copy = std::make_unique<ZUL_binary_data>(parent, tag.getTagId());
+    copy->Load(bytes.data(), bytes.size());
+    return copy;
+}
+
+std::unique_ptr<ZUL_tag> copyTag(ZUL* parent, ZUL_tag& tag)
+{
+    TagKind const* const kind = findTagKind(tag.getTagId());
+    std::unique_ptr<ZUL_tag> copy = kind == nullptr ? nullptr : kind->copy(parent, tag);
+    if (auto const* const raw = dynamic_cast<ZUL_binary_data const*>(&tag); copy == nullptr && raw != nullptr) {
+        auto rawCopy = std::make_unique<ZUL_binary_data>(*raw);
+        rawCopy->setParent(parent);
+        return rawCopy;
+    }
+    return copy != nullptr ? std::move(copy) : copyAsBytes(parent, tag);
+}
+
+template <class Tag>
+std::unique_ptr<Tag> copySingle(ZUL* parent, std::unique_ptr<Tag> const& single)
+{
+    if (single == nullptr) {
+        return nullptr;
+    }
+    auto copy = std::make_unique<Tag>(*single);
+    copy->setParent(parent);
+    return copy;
+}
+
+} // namespace
+
+ZUL_private::ZUL_private(ZUL& zul) : m_zul(zul), m_configs(&zul), m_tags(&zul), m_index(m_tags), m_search(&zul, m_tags)
+{
+}
+
+void ZUL_private::append(ZUL_tag* tag)
+{
+    bool const filedAlready = tag->m_filed && tag->getParent() == &m_zul;
+    kova::templates::platform::checkInvariant(!filedAlready, "m_list[i] != n", "Common/zullib/include/dynarray", 44);
+    if (filedAlready) {
+        return; // a second place in the list would delete it twice
+    }
+    m_tags.addNew(tag);
+    tag->setParent(&m_zul);
+    tag->m_filed = true;
+    try {
+        m_index.added(*tag);
+    } catch (...) {
+        m_index.changed(); // the tag is filed; the index is made again when it is asked
+    }
+}
+
+void ZUL_private::appendAndInvalidate(ZUL_tag* tag)
+{
+    append(tag);
+    m_search.invalidate(tag->getTagId());
+}
+
+void ZUL_private::appendLib(ZUL_dll* lib)
+{
+    if (m_zul.hasLib(lib)) {
+        throw ZUL_dll_already_exists(lib->getName());
+    }
+    append(lib);
+}
+
+void ZUL_private::appendRegister(ZUL_register* reg)
+{
+    if (m_zul.getRegisterByName(reg->getName()) != 0) {
+        // The older layout's id for both: callers know the error by it.
+        throw ZUL_file_duplicate_tag(ZUL_register::old_tag_id, reg->getName());
+    }
+    append(reg);
+}
+
+void ZUL_private::appendLink(ZUL_register_link* link)
+{
+    if (link->getTarget() != nullptr && m_index.isAlias(link->getTarget())) {
+        throw ZUL_link_loop_detected("link loop detected", link->getTagId(), ZUL_register_link::tag_id);
+    }
+    append(link);
+}
+
+void ZUL_private::appendChecked(ZUL_tag* tag)
+{
+    if (auto* const lib = dynamic_cast<ZUL_dll*>(tag)) {
+        appendLib(lib);
+    } else if (auto* const reg = dynamic_cast<ZUL_register*>(tag)) {
+        appendRegister(reg);
+    } else if (auto* const link = dynamic_cast<ZUL_register_link*>(tag)) {
+        appendLink(link);
+    } else {
+        append(tag);
+    }
+}
+
+void ZUL_private::setVersionNumber(ZUL_design_version_nr const& version)
+{
+    if (ZUL_design_version_nr* const existing = m_index.versionNumber(version.getIndex())) {
+        *existing = version;
+        return;
+    }
+    auto copy = std::make_unique<ZUL_design_version_nr>(version);
+    appendAndInvalidate(copy.get());
+    copy.release();
+}
+
+std::uint32_t ZUL_private::positionOf(ZUL_tag const* tag) const
+{
+    std::uint32_t position = 0;
+    while (position < m_tags.getCount() && m_tags.at(position) != tag) {
+        ++position;
+    }
+    return position;
+}
+
+std::unique_ptr<ZUL_tag> ZUL_private::takeOut(std::uint32_t position)
+{
+    std::unique_ptr<ZUL_tag> tag(m_tags.at(position));
+    m_tags.remove(position);
+    tag->m_filed = false;
+    m_index.changed();
+    m_search.invalidate(0);
+    forget(*tag);
+    return tag;
+}
+
+void ZUL_private::removeTagsIf(std::function<bool(ZUL_tag const&)> const& leaves)
+{
+    std::vector<std::unique_ptr<ZUL_tag>> leaving;
+    std::unordered_set<ZUL_tag const*> gone;
+    for (std::uint32_t i = 0; i < m_tags.getCount(); ++i) {
+        if (leaves(*m_tags.at(i))) {
+            gone.insert(m_tags.at(i));
+        }
+    }
+    if (gone.empty()) {
+        return;
+    }
+    leaving.reserve(gone.size());
+    m_tags.removeIf([&](ZUL_tag* tag) {
+        bool const isLeaving = gone.contains(tag);
+        if (isLeaving) {
+            leaving.emplace_back(tag);
+        }
+        return isLeaving;
+    });
+    m_index.changed();
+    m_search.invalidate(0);
+    auto const unlessGone = [&gone](ZUL_tag const* tag) {
+        return gone.contains(tag) ? nullptr : const_cast<ZUL_tag*>(tag);
+    };
+    for (std::uint32_t i = 0; i < m_tags.getCount(); ++i) {
+        replaceReferences(*m_tags.at(i), unlessGone);
+    }
+    for (std::uint32_t i = 0; i < m_configs.getCount(); ++i) {
+        replaceReferences(*m_configs.at(i), unlessGone);
+    }
+}
+
+void ZUL_private::forget(ZUL_tag const& tag)
+{
+    if (!isReferable(tag.getTagId())) {
+        return;
+    }
+    auto const unlessForgotten = [&tag](ZUL_tag const* other) {
+        return other == &tag ? nullptr : const_cast<ZUL_tag*>(other);
+    };
+    for (std::uint32_t i = 0; i < m_tags.getCount(); ++i) {
+        replaceReferences(*m_tags.at(i), unlessForgotten);
+    }
+    for (std::uint32_t i = 0; i < m_configs.getCount(); ++i) {
+        replaceReferences(*m_configs.at(i), unlessForgotten);
+    }
+}
+
+void ZUL_private::copyFrom(ZUL_private const& other)
+{
+    m_author = copySingle(&m_zul, other.m_author);
+    m_designVersion = copySingle(&m_zul, other.m_designVersion);
+    m_designName = copySingle(&m_zul, other.m_designName);
+    m_registerPolicy = other.m_registerPolicy;
+    m_headDestination = other.m_headDestination;
+    TagPointers copies;
+    for (std::uint32_t i = 0; i < other.m_tags.getCount(); ++i) {
+        ZUL_tag& tag = *other.m_tags.at(i);
+        std::unique_ptr<ZUL_tag> copy = copyTag(&m_zul, tag);
+        append(copy.get());
+        if (isReferable(tag.getTagId())) {
+            copies.emplace(&tag, copy.get());
+        }
+        copy.release();
+    }
+    for (std::uint32_t i = 0; i < other.m_configs.getCount(); ++i) {
+        auto copy = findTagKind(ZUL_multi_data::tag_id)->copy(&m_zul, *other.m_configs.at(i));
+        m_configs.addNew(static_cast<ZUL_multi_data*>(copy.get()));
+        copy.release();
+    }
+    auto const toCopy = [&copies](ZUL_tag const* tag) {
+        auto const found = copies.find(tag);
+        return found == copies.end() ? const_cast<ZUL_tag*>(tag) : found->second;
+    };
+    for (std::uint32_t i = 0; i < m_tags.getCount(); ++i) {
+        replaceReferences(*m_tags.at(i), toCopy);
+    }
+    for (std::uint32_t i = 0; i < m_configs.getCount(); ++i) {
+        replaceReferences(*m_configs.at(i), toCopy);
+    }
+}
+
+std::uint32_t ZUL_private::savedTagCount()
+{
+    // A version number of 0.0 is filed but not written, and a head that counted it could not be loaded again.
+    std::uint32_t count = m_zul.getTotalTagCount();
+    for (std::uint32_t i = 0; i < m_tags.getCount(); ++i) {
+        if (m_tags.at(i)->getSaveLength() == 0) {
+            --count;
+        }
+    }
+    return count;
+}

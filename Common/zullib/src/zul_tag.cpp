@@ -1,0 +1,74 @@
+#include "zul_tag.h"
+
+#include "zul_class.h"
+
+#include <cstring>
+#include <memory>
+#include <stdexcept>
+
+namespace {
+
+[[noreturn]] void refuseComparison()
+{
+    throw std::runtime_error("this operator has no default implementation");
+}
+
+} // namespace
+
+void ZUL_tag::setParent(ZUL* parent)
+{
+    m_parent = parent;
+}
+
+bool ZUL_tag::operator<=(ZUL_tag const& other) const
+{
+    return *this < other || *this == other;
+}
+
+bool ZUL_tag::operator>=(ZUL_tag const& other) const
+{
+    return *this > other || *this == other;
+}
+
+bool ZUL_tag::operator!=(ZUL_tag const& other) const
+{
+    return !(*this == other);
+}
+
+bool ZUL_tag::operator<(ZUL_tag const&) const
+{
+    refuseComparison();
+}
+
+bool ZUL_tag::operator>(ZUL_tag const& other) const
+{
+    return !(*this < other) && *this != other;
+}
+
+bool ZUL_tag::operator==(ZUL_tag const&) const
+{
+    refuseComparison();
+}
+
+void ZUL_tag::changeString(char** field, char const* src)
+{
+    changeString(field, src, src == nullptr ? 0 : std::strlen(src));
+}
+
+void ZUL_tag::changeString(char** field, char const* src, unsigned long len)
+{
+    std::unique_ptr<char[]> copy;
+    if (len != 0 && src != nullptr) {
+        copy = std::make_unique<char[]>(len + 1);
+        std::memcpy(copy.get(), src, strnlen(src, len));
+    }
+    delete[] *field;
+    *field = copy.release();
+}
+
+void ZUL_tag::keyChanged()
+{
+    if (m_filed && m_parent != nullptr) {
+        m_parent->tagKeyChanged(*this);
+    }
+}

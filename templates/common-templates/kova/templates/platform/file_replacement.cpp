@@ -1,0 +1,246 @@
+#include "kova/templates/platform/file_replacement.h"
+
+#include <atomic>
+#include <cerrno>
+#include <fcntl.h>
+#include <filesystem>
+#include <string>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <vector>
+
+namespace kova::templates::platform {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr mode_t newFileMode = 0644;
+constexpr mode_t permissionBits = 07777;
+
+class Descriptor {
+public:
+    explicit Descriptor(int fd) noexcept : m_fd(fd) {}
+    Descriptor(Descriptor const&) = delete;
+    Descriptor& operator=(Descriptor const&) = delete;
+    ~Descriptor()
+    {
+        if (m_fd >= 0) {
+            int const error = errno;
+            ::close(m_fd);
+            errno = error;
+        }
+    }
+    explicit operator bool() const noexcept { return m_fd >= 0; }
+    int get() const noexcept { return m_fd; }
+
+private:
+    int m_fd;
+};
+
+/// A new file beside the target; gone unless it was given the target's name.
+class TemporaryFile {
+public:
+    explicit TemporaryFile(fs::path const& directory)
+        : m_path(unusedName(directory)),
+          m_file(::open(m_path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, newFileMode))
+    {
+        m_exists = static_cast<bool>(m_file);
+    }
+    TemporaryFile(TemporaryFile const&) = delete;
+    TemporaryFile& operator=(TemporaryFile const&) = delete;
+    ~TemporaryFile()
+    {
+        if (m_exists) {
+            ::unlink(m_path.c_str());
+        }
+    }
+
+    explicit operator bool() const noexcept { return static_cast<bool>(m_file); }
+    int fd() const noexcept { return m_file.get(); }
+
+    int renameTo(fs::path const& target)
+    {
+        if (::rename(m_path.c_str(), target.c_str()) != 0) {
+            return -errno;
+        }
+        m_exists = false;
+        return 0;
+    }
+
+private:
+    static fs::path unusedName(fs::path const& directory)
+    {
+        static std::atomic<unsigned> counter = 0;
+        fs::path path;
+        do {
+            path = directory / (".zul-" + std::to_string(::getpid()) + "-" + std::to_string(counter++));
+        } while (fs::exists(fs::symlink_status(path)));
+        return path;
+    }
+
+    fs::path m_path;
+    Descriptor m_file;
+    bool m_exists = false;
+};
+
+/// Where the symbolic links at the end of @p path lead, whether or not there is a file.
+fs::path followLinks(fs::path path)
+{
+    constexpr int mostLinks = 40; // as many as the kernel follows
+    std::error_code none;
+    for (int i = 0; i < mostLinks && fs::is_symlink(fs::symlink_status(path, none)); ++i) {
+        path = path.parent_path() / fs::read_symlink(path);
+    }
+    return path;
+}
+
+fs::path directoryOf(fs::path const& path)
+{
+    return path.has_parent_path() ? path.parent_path() : fs::path(".");
+}
+
+void syncDirectory(fs::path const& directory)
+{
+    Descriptor const opened(::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (opened) {
+        ::fsync(opened.get()); // not every file system can; the rename stands all the same
+    }
+}
+
+/// Takes owner and mode of the old file over, as far as this user may.
+int takeAttributes(int fd, struct stat const& old)
+{
+    if (::fchown(fd, old.st_uid, old.st_gid) != 0 && errno != EPERM) {
+        return -errno;
+    }
+    return ::fchmod(fd, old.st_mode & permissionBits) != 0 ? -errno : 0;
+}
+
+/// @return 0, a negated errno, or 1 when contents.fill declined
+int fillMapped(int fd, FileContents const& contents)
+{
+    if (int const error = ::posix_fallocate(fd, 0, static_cast<off_t>(contents.length)); error != 0) {
+        return -error;
+    }
+    void* const bytes = ::mmap(nullptr, contents.length, PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0);
+    if (bytes == MAP_FAILED) {
+        return -errno;
+    }
+    struct Unmapped {
+        void* start;
+        std::size_t length;
+        ~Unmapped() { ::munmap(start, length); }
+    } const unmapped{bytes, contents.length};
+    return contents.fill(static_cast<std::byte*>(bytes)) ? 0 : 1;
+}
+
+int writeThroughTemporary(TemporaryFile& temporary, fs::path const& target, struct stat const* old,
+                          FileContents const& contents)
+{
+    if (int const filled = fillMapped(temporary.fd(), contents); filled != 0) {
+        return filled < 0 ? filled : 0;
+    }
+    if (int const taken = old == nullptr ? 0 : takeAttributes(temporary.fd(), *old); taken != 0) {
+        return taken;
+    }
+    if (::fsync(temporary.fd()) != 0) {
+        return -errno;
+    }
+    int const renamed = temporary.renameTo(target);
+    if (renamed == 0) {
+        syncDirectory(directoryOf(target));
+    }
+    return renamed;
+}
+
+int writeAll(int fd, std::vector<std::byte> const& image)
+{
+    std::size_t written = 0;
+    while (written < image.size()) {
+        ssize_t const count = ::write(fd, image.data() + written, image.size() - written);
+        if (count < 0 && errno != EINTR) {
+            return -errno;
+        }
+        written += count > 0 ? static_cast<std::size_t>(count) : 0;
+    }
+    return 0;
+}
+
+/// Blocks for a file that grows are reserved first: then only a broken disk can stop the writing half way.
+int reserve(int fd, struct stat const& old, std::uint64_t length)
+{
+    int const error = ::posix_fallocate(fd, 0, static_cast<off_t>(length));
+    if (error != 0 && ::ftruncate(fd, old.st_size) != 0) {
+        return -errno;
+    }
+    return -error;
+}
+
+int writeInPlace(int fd, struct stat const& old, FileContents const& contents)
+{
+    std::vector<std::byte> image(contents.length);
+    if (!contents.fill(image.data())) {
+        return 0;
+    }
+    if (int const stopped = contents.beforeOverwriting ? contents.beforeOverwriting() : 0; stopped != 0) {
+        return stopped;
+    }
+    bool const regular = S_ISREG(old.st_mode);
+    if (int const reserved = regular ? reserve(fd, old, contents.length) : 0; reserved != 0) {
+        return reserved;
+    }
+    if (int const written = writeAll(fd, image); written != 0) {
+        return written;
+    }
+    if (regular && (::ftruncate(fd, static_cast<off_t>(contents.length)) != 0 || ::fsync(fd) != 0)) {
+        return -errno;
+    }
+    return 0;
+}
+
+bool mayNotWriteDirectory(int error)
+{
+    return error == EACCES || error == EPERM || error == EROFS;
+}
+
+int replaceExisting(char const* path, int fd, FileContents const& contents)
+{
+    struct stat old {};
+    if (::fstat(fd, &old) != 0) {
+        return -errno;
+    }
+    if (!S_ISREG(old.st_mode) || old.st_nlink != 1) {
+        return writeInPlace(fd, old, contents);
+    }
+    fs::path const target = followLinks(path);
+    TemporaryFile temporary(directoryOf(target));
+    if (temporary) {
+        return writeThroughTemporary(temporary, target, &old, contents);
+    }
+    return mayNotWriteDirectory(errno) ? writeInPlace(fd, old, contents) : -errno;
+}
+
+int createNew(char const* path, FileContents const& contents)
+{
+    fs::path const target = followLinks(path);
+    TemporaryFile temporary(directoryOf(target));
+    return temporary ? writeThroughTemporary(temporary, target, nullptr, contents) : -errno;
+}
+
+} // namespace
+
+int replaceFile(char const* path, FileContents const& contents)
+{
+    if (path == nullptr) {
+        return -EINVAL;
+    }
+    Descriptor const existing(::open(path, O_RDWR | O_CLOEXEC | O_NOCTTY));
+    if (existing) {
+        return replaceExisting(path, existing.get(), contents);
+    }
+    return errno == ENOENT && *path != '\0' ? createNew(path, contents) : -errno;
+}
+
+} // namespace kova::templates::platform
