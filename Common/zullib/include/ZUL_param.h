@@ -35,8 +35,8 @@ public:
     explicit ZUL_param(ZUL_param const* other) : ZUL_param(*other) {}
     /// Takes over everything but the container: the module is shared, a text or field is copied and owned. A
     /// text that is absent becomes an empty one. Nothing is changed when this throws.
-    /// @throws std::runtime_error "Zul Param: Tried to assign an invalid type." when
-    /// without value
+    /// @throws std::runtime_error "Zul Param: Tried to assign an invalid type." when @p other
+    /// has a type without value
     /// @throws ZUL_invalid_data "field without elements" when @p other is a field that has none
     ZUL_param& operator=(ZUL_param const& other);
 

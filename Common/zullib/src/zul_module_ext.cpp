@@ -7,14 +7,16 @@
 #include <cstring>
 #include <vector>
 
-/// A tag and its record, added and dropped together.
-template <class Tag, class Record>
-struct Recorded {
-    Tag* tag;
-    std::unique_ptr<Record> record; // on its own, since callers keep its address
-};
-
 struct zul_module_ext_private {
+    /// A tag and its record, added and dropped together.
+    template <class Tag, class Record>
+    struct Recorded {
+        Tag* tag;
+        std::unique_ptr<Record> record; // on its own, since callers keep its address
+    };
+
+    explicit zul_module_ext_private(ZUL_module* extended) : module(extended) {}
+
     ZUL_module* module;
     std::vector<Recorded<ZUL_param, zul_param>> parameters;
     std::vector<Recorded<ZUL_channel_param, zul_channel_param>> channels;
@@ -79,7 +81,9 @@ auto const* entryAt(Entries const& entries, std::size_t i) noexcept
 
 } // namespace
 
-zul_module_ext::zul_module_ext(ZUL_module* module) : m_private(new zul_module_ext_private{module, {}, {}}) {}
+zul_module_ext::zul_module_ext(ZUL_module* module)
+    : m_private(std::make_unique<zul_module_ext_private>(module))
+{}
 
 zul_module_ext::~zul_module_ext() = default;
 
