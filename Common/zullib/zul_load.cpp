@@ -5,15 +5,21 @@
 #include "zul_private.h"
 #include "zullib.h"
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstdio>
 #include <new>
+#include <utility>
 
 namespace {
 
 constexpr int invalidData = -EINVAL;
 constexpr int outOfMemory = -ENOMEM;
 constexpr int unexpectedException = -EFAULT;
+
+/// Kinds that are in order after a load; all others stay as the file has them.
+constexpr std::array sortedKinds{ZUL_process::tag_id, ZUL_camparam::tag_id, ZUL_dmacnt_register::tag_id};
 
 constexpr std::uint64_t headLength = 24;
 constexpr std::uint64_t tagHeaderLength = 8;
@@ -50,6 +56,7 @@ private:
     void fileSingle(std::unique_ptr<Tag>& single, std::unique_ptr<ZUL_tag> tag);
     void fileLib(std::unique_ptr<ZUL_tag> lib);
     void fileConfig(std::unique_ptr<ZUL_tag> tag);
+    void noteOrder(ZUL_tag const& tag);
     bool countsMatch() const;
     void finish();
     template <class Array>
@@ -64,12 +71,15 @@ private:
     std::uint64_t m_offset = 0;
     std::uint64_t m_consumed = 0; // by the last tag that read itself
     std::uint32_t m_skippedLibs = 0;
+    std::array<ZUL_tag const*, sortedKinds.size()> m_latest{}; // the last one filed of each sorted kind
+    std::array<bool, sortedKinds.size()> m_toSort{};
 };
 
 void ContainerLoader::readHead()
 {
     m_offset = m_head.Load(m_bytes, m_size);
     m_store.m_headDestination = m_head.getDest();
+    m_toSort.fill(m_store.m_tags.getCount() != 0);
     announce(m_store.m_configs, m_head.getConfigCount());
     announce(m_store.m_tags, m_head.getTagCount());
 }
@@ -150,9 +160,28 @@ void ContainerLoader::file(std::unique_ptr<ZUL_tag> tag)
         return fileLib(std::move(tag));
     case ZUL_multi_head::tag_id:
         throw ZUL_file_duplicate_tag(ZUL_multi_head::tag_id, "");
+    case ZUL_register::old_tag_id:
+    case ZUL_register::new_tag_id:
+        m_store.appendRegister(static_cast<ZUL_register*>(tag.get()));
+        break;
+    case ZUL_register_link::tag_id:
+        m_store.appendLink(static_cast<ZUL_register_link*>(tag.get()));
+        break;
     default:
-        m_store.appendChecked(tag.get());
-        tag.release();
+        m_store.append(tag.get());
+        noteOrder(*tag);
+    }
+    tag.release();
+}
+
+/// Most files are in order: then nothing is sorted.
+void ContainerLoader::noteOrder(ZUL_tag const& tag)
+{
+    auto const kind = std::find(sortedKinds.begin(), sortedKinds.end(), tag.getTagId());
+    if (kind != sortedKinds.end()) {
+        auto const i = static_cast<std::size_t>(kind - sortedKinds.begin());
+        ZUL_tag const* const before = std::exchange(m_latest.at(i), &tag);
+        m_toSort.at(i) = m_toSort.at(i) || (before != nullptr && *before > tag);
     }
 }
 
@@ -197,9 +226,11 @@ bool ContainerLoader::countsMatch() const
 void ContainerLoader::finish()
 {
     m_store.m_tags.scale(m_store.m_tags.getCount());
-    m_store.m_tags.sort(ZUL_process::tag_id);
-    m_store.m_tags.sort(ZUL_camparam::tag_id);
-    m_store.m_tags.sort(ZUL_dmacnt_register::tag_id);
+    for (std::size_t i = 0; i < sortedKinds.size(); ++i) {
+        if (m_toSort.at(i)) {
+            m_store.m_tags.sort(sortedKinds.at(i));
+        }
+    }
     m_store.m_index.changed(ZUL_process::tag_id); // another process may be the first with its id now
 }
 

@@ -76,6 +76,7 @@ public:
     /// The identifier, valid until it is changed; null when there is none.
     char const* getId() const;
 
+    /// The container calls this before it measures its configurations: a measured length may be beyond u32.
     /// @throws std::runtime_error "The size of a multi_data grew to big to save it!" when the tag's length is no u32
     void checkDependentFields() override;
     std::uint32_t getTagId() const override { return tag_id; }

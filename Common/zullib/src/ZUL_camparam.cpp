@@ -1,6 +1,7 @@
 #include "ZUL_camparam.h"
 
 #include "ZUL_module.h"
+#include "tag_cast.h"
 #include "tag_layout.h"
 
 #include <stdexcept>
@@ -29,12 +30,12 @@ unsigned int ZUL_camparam::getModuleIndex() const noexcept
 
 bool ZUL_camparam::operator<(ZUL_tag const& other) const
 {
-    return m_channel < dynamic_cast<ZUL_camparam const&>(other).m_channel;
+    return m_channel < tagCast<ZUL_camparam>(other).m_channel;
 }
 
 bool ZUL_camparam::operator>(ZUL_tag const& other) const
 {
-    return m_channel > dynamic_cast<ZUL_camparam const&>(other).m_channel;
+    return m_channel > tagCast<ZUL_camparam>(other).m_channel;
 }
 
 bool ZUL_camparam::operator==(ZUL_tag const& other) const

@@ -1,5 +1,6 @@
 #include "ZUL_dmacnt_register.h"
 
+#include "tag_cast.h"
 #include "tag_layout.h"
 
 ZUL_dmacnt_register::ZUL_dmacnt_register(ZUL* parent, unsigned int channel, unsigned int address, unsigned int flags)
@@ -27,12 +28,12 @@ int ZUL_dmacnt_register::setInfo(unsigned int channel, unsigned int address, uns
 
 bool ZUL_dmacnt_register::operator<(ZUL_tag const& other) const
 {
-    return m_channel < dynamic_cast<ZUL_dmacnt_register const&>(other).m_channel;
+    return m_channel < tagCast<ZUL_dmacnt_register>(other).m_channel;
 }
 
 bool ZUL_dmacnt_register::operator>(ZUL_tag const& other) const
 {
-    return m_channel > dynamic_cast<ZUL_dmacnt_register const&>(other).m_channel;
+    return m_channel > tagCast<ZUL_dmacnt_register>(other).m_channel;
 }
 
 bool ZUL_dmacnt_register::operator==(ZUL_tag const& other) const

@@ -64,7 +64,6 @@ void ZUL_multi_data::dropDestination()
 // clang-format off
 void ZUL_multi_data::layout(TagLayout& row)
 {
-    row.dependencies();
     row.payload(fixedPart,   "bitstream",    m_bitstream);
     row.u32     ( 8,         "fpga type",    m_fpgaType);
     row.u32     (12,         "speed grade",  m_speedGrade);

@@ -1,5 +1,6 @@
 #include "ZUL_process.h"
 
+#include "tag_cast.h"
 #include "tag_layout.h"
 
 ZUL_process::ZUL_process(ZUL* parent, unsigned int id, char const* name) : LaidOutTag(parent), m_id(id)
@@ -33,12 +34,12 @@ void ZUL_process::setId(unsigned int id)
 
 bool ZUL_process::operator<(ZUL_tag const& other) const
 {
-    return m_id < dynamic_cast<ZUL_process const&>(other).m_id;
+    return m_id < tagCast<ZUL_process>(other).m_id;
 }
 
 bool ZUL_process::operator>(ZUL_tag const& other) const
 {
-    return m_id > dynamic_cast<ZUL_process const&>(other).m_id;
+    return m_id > tagCast<ZUL_process>(other).m_id;
 }
 
 bool ZUL_process::operator==(ZUL_tag const& other) const

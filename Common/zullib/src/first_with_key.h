@@ -1,11 +1,11 @@
 #pragma once
 
+#include "key_table.h"
 #include "seeded_hash.h"
 
 #include <atomic>
 #include <cstdint>
 #include <mutex>
-#include <unordered_map>
 
 /// Something that is built on the first question about it, safely among concurrent readers, and dropped by edits.
 class BuiltOnDemand {
@@ -47,8 +47,8 @@ public:
             m_tags.clear();
             scan([this](auto& tag) { insert(tag); });
         });
-        auto const found = m_tags.find(key);
-        return found == m_tags.end() ? nullptr : found->second;
+        Tag* const* const found = m_tags.find(key);
+        return found == nullptr ? nullptr : *found;
     }
 
     /// A tag was appended to the list.
@@ -71,13 +71,13 @@ private:
             return;
         }
         if (auto const key = Traits::keyOf(*tag)) {
-            auto const [place, isNew] = m_tags.try_emplace(*key, tag);
-            if (!isNew && keeps == Keeps::Last) {
-                place->second = tag;
+            auto const [place, isNew] = m_tags.insert(*key);
+            if (isNew || keeps == Keeps::Last) {
+                *place = tag;
             }
         }
     }
 
     BuiltOnDemand m_state;
-    std::unordered_map<Key, Tag*, Hash> m_tags;
+    KeyTable<Key, Tag*, Hash> m_tags;
 };

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdint>
 #include <memory>
 #include <new>
 #include <stdexcept>
@@ -11,6 +10,7 @@
 namespace {
 
 constexpr std::size_t pieceSize = std::size_t{64} * 1024;
+constexpr std::size_t largestPortion = std::size_t{1024} * 1024;
 constexpr int corrupt = -EIO;
 
 /// @return 0 when the work may go on or is done, corrupt for a broken stream
@@ -57,11 +57,11 @@ public:
     }
 
 private:
-    /// zlib counts in 32 bits, a stream may be longer.
+    /// In portions: zlib counts in 32 bits, and a stream may be longer.
     void feed()
     {
         if (m_zlib.avail_in == 0) {
-            std::size_t const count = std::min<std::size_t>(m_rest.size(), UINT32_MAX);
+            std::size_t const count = std::min(m_rest.size(), largestPortion);
             m_zlib.next_in = reinterpret_cast<Bytef*>(const_cast<std::byte*>(m_rest.data()));
             m_zlib.avail_in = static_cast<uInt>(count);
             m_rest = m_rest.subspan(count);

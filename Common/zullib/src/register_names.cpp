@@ -14,12 +14,28 @@ void RegisterNames::clear()
 
 void RegisterNames::add(ZUL_register& reg)
 {
+    Entry nameless;
+    fill(reg.getName() == nullptr ? nameless : entryOf(reg.getName()), reg);
+}
+
+bool RegisterNames::addNew(ZUL_register& reg)
+{
+    if (reg.getName() == nullptr) {
+        add(reg);
+        return true;
+    }
+    Entry& entry = entryOf(reg.getName());
+    if (entry.resolved != nullptr) {
+        return false;
+    }
+    fill(entry, reg);
+    return true;
+}
+
+void RegisterNames::fill(Entry& entry, ZUL_register& reg)
+{
     bool const newLayout = reg.getTagId() != ZUL_register::old_tag_id;
     std::uint32_t const position = newLayout ? m_newCount++ : m_oldCount++;
-    if (reg.getName() == nullptr) {
-        return;
-    }
-    Entry& entry = m_names[reg.getName()];
     if (entry.reg == nullptr || (entry.newLayout && !newLayout)) {
         entry.reg = &reg;
         entry.position = position;
@@ -33,19 +49,40 @@ void RegisterNames::add(ZUL_register_link& link)
     if (link.getAlias() == nullptr) {
         return;
     }
-    Entry& entry = m_names[link.getAlias()];
-    if (entry.alias) {
-        return;
-    }
-    entry.alias = true;
+    Entry& alias = entryOf(link.getAlias());
     if (link.getTarget() == nullptr) {
-        return;
+        alias.alias = true;
+    } else {
+        point(alias, entryOf(link.getTarget()));
     }
-    Entry& target = m_names[link.getTarget()];
-    entry.nextPointing = target.firstPointing;
-    target.firstPointing = &entry;
-    if (entry.resolved == nullptr && target.resolved != nullptr) {
-        resolve(entry, *target.resolved);
+}
+
+bool RegisterNames::addNew(ZUL_register_link& link)
+{
+    if (link.getTarget() == nullptr) {
+        add(link);
+        return true;
+    }
+    Entry& target = entryOf(link.getTarget());
+    if (target.alias) {
+        return false;
+    }
+    if (link.getAlias() != nullptr) {
+        point(entryOf(link.getAlias()), target);
+    }
+    return true;
+}
+
+void RegisterNames::point(Entry& alias, Entry& target)
+{
+    if (alias.alias) {
+        return; // an earlier link has this alias
+    }
+    alias.alias = true;
+    alias.nextPointing = target.firstPointing;
+    target.firstPointing = &alias;
+    if (alias.resolved == nullptr && target.resolved != nullptr) {
+        resolve(alias, *target.resolved);
     }
 }
 
@@ -54,31 +91,27 @@ void RegisterNames::add(ZUL_register_link& link)
 void RegisterNames::resolve(Entry& entry, Entry& to)
 {
     entry.resolved = &to;
-    std::vector<Entry*> open{&entry};
-    while (!open.empty()) {
-        Entry* const target = open.back();
-        open.pop_back();
+    std::vector<Entry*> open;
+    for (Entry* target = &entry; target != nullptr;) {
         for (Entry* pointing = target->firstPointing; pointing != nullptr; pointing = pointing->nextPointing) {
             if (pointing->resolved == nullptr) {
                 pointing->resolved = &to;
                 open.push_back(pointing);
             }
         }
+        target = open.empty() ? nullptr : open.back();
+        if (target != nullptr) {
+            open.pop_back();
+        }
     }
 }
 
-RegisterNames::Found RegisterNames::find(std::string_view name) const
+RegisterNames::Found RegisterNames::find(std::string_view name)
 {
-    auto const found = m_names.find(name);
-    if (found == m_names.end() || found->second.resolved == nullptr) {
+    Entry const* const named = m_names.find(name);
+    if (named == nullptr || named->resolved == nullptr) {
         return {};
     }
-    Entry const& entry = *found->second.resolved;
+    Entry const& entry = *named->resolved;
     return {entry.reg, entry.position + 1 + (entry.newLayout ? m_oldCount : 0)};
-}
-
-bool RegisterNames::isAlias(std::string_view name) const
-{
-    auto const found = m_names.find(name);
-    return found != m_names.end() && found->second.alias;
 }

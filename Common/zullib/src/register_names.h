@@ -4,7 +4,6 @@
 
 #include <cstdint>
 #include <string_view>
-#include <unordered_map>
 
 class ZUL_register;
 class ZUL_register_link;
@@ -26,10 +25,12 @@ public:
     /// the newer. When an index is rebuilt, all registers come before all links.
     void add(ZUL_register& reg);
     void add(ZUL_register_link& link);
+    /// As add, unless the register's name leads to a register already. @return whether it was added
+    bool addNew(ZUL_register& reg);
+    /// As add, unless the link's target is the alias of another. @return whether it was added
+    bool addNew(ZUL_register_link& link);
 
-    Found find(std::string_view name) const;
-    /// Whether a link has this alias.
-    bool isAlias(std::string_view name) const;
+    Found find(std::string_view name);
 
 private:
     struct Entry {
@@ -42,9 +43,12 @@ private:
         Entry* nextPointing = nullptr;
     };
 
+    Entry& entryOf(std::string_view name) { return *m_names.insert(name).first; }
     static void resolve(Entry& entry, Entry& to);
+    void fill(Entry& entry, ZUL_register& reg);
+    void point(Entry& alias, Entry& target);
 
-    std::unordered_map<std::string_view, Entry, SeededHash> m_names; // the texts are the tags'
+    KeyTable<std::string_view, Entry, SeededHash> m_names; // the texts are the tags'
     std::uint32_t m_oldCount = 0;
     std::uint32_t m_newCount = 0;
 };

@@ -1,6 +1,5 @@
 #include "seeded_hash.h"
 
-#include <algorithm>
 #include <cstring>
 #include <random>
 
@@ -12,10 +11,25 @@ std::uint64_t randomSeed()
     return (std::uint64_t{device()} << 32U) | device();
 }
 
-std::uint64_t load(char const* from, std::size_t count)
+constexpr std::size_t wordSize = sizeof(std::uint64_t);
+
+std::uint64_t load(char const* from)
 {
     std::uint64_t word = 0;
-    std::memcpy(&word, from, count);
+    std::memcpy(&word, from, wordSize);
+    return word;
+}
+
+/// The last bytes of a text as one word; what two words share is read twice.
+std::uint64_t loadTail(std::string_view text)
+{
+    if (text.size() >= wordSize) {
+        return load(text.data() + text.size() - wordSize);
+    }
+    std::uint64_t word = 0;
+    for (char const c : text) {
+        word = (word << 8U) | static_cast<unsigned char>(c);
+    }
     return word;
 }
 
@@ -26,14 +40,9 @@ std::uint64_t const SeededHash::s_seed = randomSeed();
 std::size_t SeededHash::operator()(std::string_view text) const noexcept
 {
     constexpr std::uint64_t multiplier = 0xA0761D6478BD642FU;
-    constexpr std::size_t word = sizeof(std::uint64_t);
     std::uint64_t hash = s_seed ^ mix(text.size() ^ s_seed, multiplier);
-    char const* from = text.data();
-    for (std::size_t left = text.size(); left != 0;) {
-        std::size_t const taken = std::min(left, word);
-        hash = mix(hash ^ load(from, taken), multiplier ^ s_seed);
-        from += taken;
-        left -= taken;
+    for (std::size_t done = 0; done + wordSize < text.size(); done += wordSize) {
+        hash = mix(hash ^ load(text.data() + done), multiplier ^ s_seed);
     }
-    return mix(hash, multiplier);
+    return mix(hash ^ loadTail(text), multiplier ^ s_seed);
 }

@@ -49,12 +49,12 @@ void TagIndex::added(ZUL_tag& tag)
         return m_lastDestinations.added(tag);
     case ZUL_register::old_tag_id:
     case ZUL_register::new_tag_id:
-        if (auto* const reg = dynamic_cast<ZUL_register*>(&tag); reg != nullptr && m_namesState.built()) {
+        if (auto* const reg = tagCast<ZUL_register>(&tag); reg != nullptr && m_namesState.built()) {
             m_names.add(*reg);
         }
         return;
     case ZUL_register_link::tag_id:
-        if (auto* const link = dynamic_cast<ZUL_register_link*>(&tag); link != nullptr && m_namesState.built()) {
+        if (auto* const link = tagCast<ZUL_register_link>(&tag); link != nullptr && m_namesState.built()) {
             m_names.add(*link);
         }
         return;
@@ -144,22 +144,39 @@ RegisterNames::Found TagIndex::registerNamed(std::string_view name) const
     return registerNames().find(name);
 }
 
-bool TagIndex::isAlias(std::string_view name) const
+bool TagIndex::addNew(ZUL_register& reg)
 {
-    return registerNames().isAlias(name);
+    return addNewName(reg);
 }
 
-RegisterNames const& TagIndex::registerNames() const
+bool TagIndex::addNew(ZUL_register_link& link)
+{
+    return addNewName(link);
+}
+
+template <class Tag>
+bool TagIndex::addNewName(Tag& tag)
+{
+    try {
+        return registerNames().addNew(tag);
+    } catch (...) {
+        m_namesState.drop(); // it may refer to texts of a tag that nobody files
+        throw;
+    }
+}
+
+RegisterNames& TagIndex::registerNames() const
 {
     m_namesState.ensure([this] {
         m_names.clear();
         forEachTag([this](ZUL_tag& tag) {
-            if (auto* const reg = isRegister(tag.getTagId()) ? dynamic_cast<ZUL_register*>(&tag) : nullptr) {
+            if (auto* const reg = isRegister(tag.getTagId()) ? tagCast<ZUL_register>(&tag) : nullptr) {
                 m_names.add(*reg);
             }
         });
         forEachTag([this](ZUL_tag& tag) {
-            if (auto* const link = dynamic_cast<ZUL_register_link*>(&tag)) {
+            bool const isLink = tag.getTagId() == ZUL_register_link::tag_id;
+            if (auto* const link = isLink ? tagCast<ZUL_register_link>(&tag) : nullptr) {
                 m_names.add(*link);
             }
         });

@@ -9,6 +9,7 @@
 #include "dynarray.h"
 #include "first_with_key.h"
 #include "register_names.h"
+#include "tag_cast.h"
 
 #include <cstdint>
 #include <optional>
@@ -38,6 +39,10 @@ public:
 
     /// @p tag was appended to the list.
     void added(ZUL_tag& tag);
+    /// Notes @p reg (@p link), which is about to be appended, unless its name is known (its target is an alias).
+    /// @return false in that case
+    bool addNew(ZUL_register& reg);
+    bool addNew(ZUL_register_link& link);
     /// A key of a tag with this id changed.
     void changed(std::uint32_t id) noexcept;
     /// Tags were removed, or anything else happened.
@@ -52,18 +57,18 @@ public:
     /// The last destination with @p index.
     ZUL_destination* lastDestination(std::uint32_t index) const;
     RegisterNames::Found registerNamed(std::string_view name) const;
-    /// Whether a register link has this alias.
-    bool isAlias(std::string_view name) const;
 
 private:
     template <class Do>
     void forEachTag(Do const& action) const;
-    RegisterNames const& registerNames() const;
+    template <class Tag>
+    bool addNewName(Tag& tag);
+    RegisterNames& registerNames() const;
 
     // The tag of a class, told by id first: the cast is the costly part.
     template <class Tag>
     struct Cast {
-        static Tag* cast(ZUL_tag& tag) { return tag.getTagId() == Tag::tag_id ? dynamic_cast<Tag*>(&tag) : nullptr; }
+        static Tag* cast(ZUL_tag& tag) { return tag.getTagId() == Tag::tag_id ? tagCast<Tag>(&tag) : nullptr; }
     };
     struct ByProcessId : Cast<ZUL_process> {
         static std::optional<std::uint64_t> keyOf(ZUL_process const& tag) { return tag.getId(); }

@@ -17,6 +17,18 @@ namespace {
 constexpr std::uint64_t headerSize = 8;
 constexpr std::uint64_t largestTag = UINT32_MAX;
 
+std::uint64_t readNumber(std::byte const* from, unsigned width)
+{
+    switch (width) {
+    case 1:
+        return little_endian::read<std::uint8_t>(from);
+    case 2:
+        return little_endian::read<std::uint16_t>(from);
+    default:
+        return little_endian::read<std::uint32_t>(from);
+    }
+}
+
 } // namespace
 
 TagLayout TagLayout::forLoading(ZUL_tag& tag, std::byte const* bytes, std::uint64_t avail)
@@ -151,7 +163,7 @@ std::uint64_t TagLayout::tailLength(std::uint64_t offset, unsigned width, char c
         show(offset, width, FieldKind::TailLength, name);
         return m_last.number();
     }
-    return TagField{offset, width, FieldKind::TailLength, name, {m_from + offset, width}}.number();
+    return readNumber(m_from + offset, width);
 }
 
 void TagLayout::total(std::uint64_t tail, char const* tooBig)

@@ -2,14 +2,6 @@
 
 #include <cstring>
 
-TagText& TagText::operator=(TagText const& other)
-{
-    if (this != &other) {
-        assign(other.m_chars.get());
-    }
-    return *this;
-}
-
 void TagText::set(char const* src)
 {
     set(src, src == nullptr ? 0 : std::strlen(src));
@@ -17,22 +9,11 @@ void TagText::set(char const* src)
 
 void TagText::set(char const* src, std::size_t width)
 {
-    std::unique_ptr<char[]> copy;
-    if (src != nullptr && width != 0) {
-        std::size_t const length = strnlen(src, width);
-        copy.reset(new char[length + 1]);
-        std::memcpy(copy.get(), src, length);
-        copy[length] = '\0';
+    if (src == nullptr || width == 0) {
+        m_text.reset();
+    } else if (m_text) {
+        m_text->assign(src, strnlen(src, width)); // src may be a part of the text itself
+    } else {
+        m_text.emplace(src, strnlen(src, width));
     }
-    m_chars = std::move(copy);
-}
-
-std::string_view TagText::view() const noexcept
-{
-    return m_chars ? std::string_view(m_chars.get()) : std::string_view();
-}
-
-void TagText::assign(char const* src)
-{
-    set(src, src == nullptr ? 0 : std::strlen(src) + 1);
 }

@@ -58,21 +58,37 @@ ZUL_private::ZUL_private(ZUL& zul) : m_zul(zul), m_configs(&zul), m_tags(&zul), 
 {
 }
 
+/// A second place in the list would delete a tag twice.
+bool ZUL_private::isFiled(ZUL_tag const& tag) const
+{
+    bool const filed = tag.m_filed && tag.getParent() == &m_zul;
+    kova::templates::platform::checkInvariant(!filed, "m_list[i] != n", "Common/zullib/include/dynarray", 44);
+    return filed;
+}
+
 void ZUL_private::append(ZUL_tag* tag)
 {
-    bool const filedAlready = tag->m_filed && tag->getParent() == &m_zul;
-    kova::templates::platform::checkInvariant(!filedAlready, "m_list[i] != n", "Common/zullib/include/dynarray", 44);
-    if (filedAlready) {
-        return; // a second place in the list would delete it twice
+    if (isFiled(*tag)) {
+        return;
     }
-    m_tags.addNew(tag);
-    tag->setParent(&m_zul);
-    tag->m_filed = true;
+    appendIndexed(tag);
     try {
         m_index.added(*tag);
     } catch (...) {
         m_index.changed(); // the tag is filed; the index is made again when it is asked
     }
+}
+
+void ZUL_private::appendIndexed(ZUL_tag* tag)
+{
+    try {
+        m_tags.addNew(tag);
+    } catch (...) {
+        m_index.changed();
+        throw;
+    }
+    tag->setParent(&m_zul);
+    tag->m_filed = true;
 }
 
 void ZUL_private::appendAndInvalidate(ZUL_tag* tag)
@@ -91,19 +107,25 @@ void ZUL_private::appendLib(ZUL_dll* lib)
 
 void ZUL_private::appendRegister(ZUL_register* reg)
 {
-    if (m_zul.getRegisterByName(reg->getName()) != 0) {
+    if (reg->getName() == nullptr && isFiled(*reg)) {
+        return;
+    }
+    if (!m_index.addNew(*reg)) {
         // The older layout's id for both: callers know the error by it.
         throw ZUL_file_duplicate_tag(ZUL_register::old_tag_id, reg->getName());
     }
-    append(reg);
+    appendIndexed(reg);
 }
 
 void ZUL_private::appendLink(ZUL_register_link* link)
 {
-    if (link->getTarget() != nullptr && m_index.isAlias(link->getTarget())) {
+    if (isFiled(*link)) {
+        return;
+    }
+    if (!m_index.addNew(*link)) {
         throw ZUL_link_loop_detected("link loop detected", link->getTagId(), ZUL_register_link::tag_id);
     }
-    append(link);
+    appendIndexed(link);
 }
 
 void ZUL_private::appendChecked(ZUL_tag* tag)

@@ -22,6 +22,8 @@ public:
 
     /// Appends to the tag list and takes @p tag over; when this throws, the tag is still the caller's.
     void append(ZUL_tag* tag);
+    /// append for a tag that the index knows already; when this throws, the index has forgotten it.
+    void appendIndexed(ZUL_tag* tag);
     /// append, then forgets what the search cache knows of the tag's id.
     void appendAndInvalidate(ZUL_tag* tag);
     /// As append, after the check that the tag kind demands.
@@ -50,6 +52,8 @@ public:
     /// Takes the tag at @p position out of the list; nothing refers to it any more.
     std::unique_ptr<ZUL_tag> takeOut(std::uint32_t position);
 
+    /// Whether @p tag is in the tag list; that is an error of the caller who is about to add it.
+    bool isFiled(ZUL_tag const& tag) const;
     /// Makes this empty part an exact copy of @p other.
     void copyFrom(ZUL_private const& other);
     /// Tags that a save writes, without configurations and head.

@@ -1,0 +1,95 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <limits>
+#include <new>
+#include <utility>
+#include <vector>
+
+/// A hash table that is only ever added to, with values that stay where they are.
+///
+/// Loading a container asks it several questions for each tag, so it does without a heap node for each element: slots
+/// hold hash and number of an item, and items lie in the order in which they came.
+template <class Key, class Value, class Hash>
+class KeyTable {
+public:
+    /// Null when there is no such key; valid until clear().
+    Value* find(Key const& key)
+    {
+        if (m_slots.empty()) {
+            return nullptr;
+        }
+        Slot const& slot = slotOf(key, hashOf(key));
+        return slot.item == none ? nullptr : &m_items[slot.item].value;
+    }
+
+    /// The value of @p key and whether it is new: a value-initialised one then.
+    std::pair<Value*, bool> insert(Key const& key)
+    {
+        if (m_items.size() + m_items.size() / 3 >= m_slots.size()) {
+            grow();
+        }
+        std::uint32_t const hash = hashOf(key);
+        Slot& slot = slotOf(key, hash);
+        if (slot.item != none) {
+            return {&m_items[slot.item].value, false};
+        }
+        m_items.push_back({key, Value{}});
+        slot = {hash, static_cast<std::uint32_t>(m_items.size() - 1)};
+        return {&m_items.back().value, true};
+    }
+
+    void clear()
+    {
+        m_slots.clear();
+        m_items.clear();
+    }
+
+private:
+    static constexpr std::uint32_t none = std::numeric_limits<std::uint32_t>::max();
+    static constexpr std::size_t fewestSlots = 16;
+
+    struct Slot {
+        std::uint32_t hash = 0;
+        std::uint32_t item = none;
+    };
+    struct Item {
+        Key key;
+        Value value;
+    };
+
+    static std::uint32_t hashOf(Key const& key) { return static_cast<std::uint32_t>(Hash()(key)); }
+
+    /// The slot with @p key, or the free one where it belongs.
+    Slot& slotOf(Key const& key, std::uint32_t hash)
+    {
+        std::size_t const mask = m_slots.size() - 1;
+        std::size_t place = hash & mask;
+        while (m_slots[place].item != none &&
+               (m_slots[place].hash != hash || !(m_items[m_slots[place].item].key == key))) {
+            place = (place + 1) & mask;
+        }
+        return m_slots[place];
+    }
+
+    void grow()
+    {
+        std::vector<Slot> slots(m_slots.empty() ? fewestSlots : m_slots.size() * 2);
+        std::size_t const mask = slots.size() - 1;
+        for (Slot const& slot : m_slots) {
+            if (slot.item != none) {
+                std::size_t place = slot.hash & mask;
+                while (slots[place].item != none) {
+                    place = (place + 1) & mask;
+                }
+                slots[place] = slot;
+            }
+        }
+        m_slots.swap(slots);
+    }
+
+    std::vector<Slot> m_slots; // their number is a power of two, a quarter of them free at least
+    std::deque<Item> m_items;
+};
