@@ -1,0 +1,42 @@
+# One test program a layer; the sources mirror the source tree.
+
+# What tests share. It also carries the precompiled header of all test programs.
+zul_sources(support_sources tests/support)
+add_library(test_support STATIC ${support_sources})
+target_include_directories(test_support PUBLIC tests/support Common/zullib/src ${ZUL_GENERATED_DIRECTORY})
+target_link_libraries(test_support PUBLIC zullib GTest::gtest GTest::gmock)
+target_precompile_headers(test_support PRIVATE <gmock/gmock.h> <gtest/gtest.h> <cstddef> <cstdint> <cstring>
+    <memory> <span> <stdexcept> <string> <string_view> <vector>)
+
+# zul_test_program(NAME DIRECTORY LIBRARY...): the tests below tests/DIRECTORY, when there are any.
+function(zul_test_program name directory)
+    zul_sources_below(sources tests/${directory})
+    if(NOT sources)
+        return()
+    endif()
+    add_executable(${name} ${sources})
+    target_link_libraries(${name} PRIVATE test_support ${ARGN} GTest::gtest_main)
+    target_precompile_headers(${name} REUSE_FROM test_support)
+    gtest_discover_tests(${name} DISCOVERY_TIMEOUT 120 PROPERTIES TIMEOUT 300)
+endfunction()
+
+zul_test_program(platform_tests templates)
+zul_test_program(zullib_tests Common/zullib)
+if(TARGET zulrt_static)
+    zul_test_program(zulrt_tests Runtime/zulrt zulrt_static)
+    if(TARGET zulrt_tests)
+        target_include_directories(zulrt_tests PRIVATE ${PROJECT_SOURCE_DIR}/Runtime/zulrt/src)
+    endif()
+endif()
+if(TARGET zul_program)
+    zul_test_program(program_tests Tools/zul zul_program)
+endif()
+if(TARGET program_tests)
+    target_compile_definitions(program_tests PRIVATE
+        ZUL_PROGRAM="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/zul"
+        ZUL_SAMPLE_DESIGN="${CMAKE_BINARY_DIR}/share/zulrt/sample.zul")
+    if(TARGET zul)
+        add_dependencies(program_tests zul)
+    endif()
+endif()
+zul_subdirectory(tests/support)
