@@ -1,0 +1,8 @@
+#pragma once
+
+#include "kova/templates/platform/critical_section.h"
+#include "kova/templates/platform/invariant.h"
+#include "kova/templates/platform/map_file.h"
+#include "kova/templates/platform/recursive_mutex.h"
+#include "kova/templates/platform/simple_thread.h"
+#include "kova/templates/platform/spin_lock.h"
