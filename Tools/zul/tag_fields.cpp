@@ -23,15 +23,10 @@ TagFields TagFields::ofHead(std::span<std::byte const> bytes)
 
 TagField const* TagFields::find(std::string_view name) const noexcept
 {
-    auto const found =
-        std::find_if(m_fields.begin(), m_fields.end(), [name](TagField const& field) { return field.name == name; });
+    auto const found = std::find_if(m_fields.begin(), m_fields.end(), [name](TagField const& field) {
+        return field.name == name && field.bytes.size() == field.width;
+    });
     return found == m_fields.end() ? nullptr : &*found;
-}
-
-bool TagFields::has(std::string_view name) const noexcept
-{
-    TagField const* const field = find(name);
-    return field != nullptr && field->bytes.size() == field->width;
 }
 
 std::uint64_t TagFields::number(std::string_view name) const noexcept

@@ -21,14 +21,15 @@ public:
     std::vector<TagField> const& all() const noexcept { return m_fields; }
     std::vector<TagProblem> const& problems() const noexcept { return m_problems; }
 
-    /// The field with @p name, or null: not in the layout of this tag, or a variable part of length 0.
+    /// The field with @p name, or null: not in the layout of this tag, cut short, or a variable part of length 0.
     TagField const* find(std::string_view name) const noexcept;
-    /// Whether there is a field with @p name and all its bytes are there.
-    bool has(std::string_view name) const noexcept;
     /// The unsigned number; 0 where there is none.
     std::uint64_t number(std::string_view name) const noexcept;
     /// The 32 bits of a number, signed or not; 0 where there is none.
-    std::uint32_t word(std::string_view name) const noexcept { return static_cast<std::uint32_t>(number(name)); }
+    std::uint32_t word(std::string_view name) const noexcept
+    {
+        return static_cast<std::uint32_t>(number(name));
+    }
     /// The characters up to the first NUL, not copied; empty where there are none.
     std::string_view text(std::string_view name) const noexcept;
 

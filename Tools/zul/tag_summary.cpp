@@ -1,10 +1,10 @@
 #include "tag_fields.h"
+#include "text_output.h"
 #include "walker.h"
 #include "zullib.h"
 
 #include <algorithm>
 #include <array>
-#include <cstdio>
 #include <string_view>
 
 namespace {
@@ -50,13 +50,6 @@ constexpr std::array summaryPatterns{
 };
 // clang-format on
 
-std::string hexadecimal(std::uint64_t number)
-{
-    std::array<char, 24> text{};
-    std::snprintf(text.data(), text.size(), "0x%llx", static_cast<unsigned long long>(number));
-    return text.data();
-}
-
 std::string shown(TagField const& field)
 {
     switch (field.kind) {
@@ -76,14 +69,16 @@ std::string shown(TagField const& field)
 std::string filled(TagFields const& fields, std::string_view place)
 {
     bool const hex = place.ends_with('#');
-    TagField const* const field = fields.find(hex ? place.substr(0, place.size() - 1) : place);
-    if (field == nullptr) {
+    std::string_view const name = hex ? place.substr(0, place.size() - 1) : place;
+    auto const field = std::find_if(fields.all().begin(), fields.all().end(),
+                                    [name](TagField const& each) { return each.name == name; });
+    if (field == fields.all().end()) {
         return "";
     }
     if (field->kind != FieldKind::Bytes && field->bytes.size() < field->width) {
         return "?";
     }
-    return hex ? hexadecimal(field->number()) : shown(*field);
+    return hex ? asHex(field->number()) : shown(*field);
 }
 
 std::string filledPattern(std::string_view pattern, TagFields const& fields)
@@ -105,7 +100,7 @@ std::string summaryOf(WalkedTag const& tag)
     auto const found = std::find_if(summaryPatterns.begin(), summaryPatterns.end(),
                                     [&tag](SummaryPattern const& pattern) { return pattern.id == tag.id; });
     if (tag.kind == nullptr || found == summaryPatterns.end()) {
-        return "unknown tag " + hexadecimal(tag.id) + ", " + std::to_string(tag.length) + " bytes";
+        return "unknown tag " + asHex(tag.id) + ", " + std::to_string(tag.length) + " bytes";
     }
     return filledPattern(found->pattern, TagFields(tag));
 }

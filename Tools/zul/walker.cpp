@@ -25,7 +25,8 @@ WalkedTag tagAt(std::span<std::byte const> file, std::uint64_t offset, std::size
     tag.id = wordAt(file, offset);
     tag.statedLength = wordAt(file, offset + 4);
     tag.kind = findTagKind(tag.id);
-    bool const stepsOn = tag.kind != nullptr && tag.statedLength >= tagHeaderLength && tag.statedLength <= rest;
+    bool const stepsOn =
+        tag.kind != nullptr && tag.statedLength >= tagHeaderLength && tag.statedLength <= rest;
     tag.length = stepsOn ? tag.statedLength : rest;
     tag.bytes = file.subspan(offset, tag.length);
     return tag;
