@@ -14,7 +14,8 @@ public:
     /// @param module not owned, has to outlive this tag; may be null
     ZUL_camparam(ZUL* parent, unsigned int channel, ZUL_module const* module)
         : LaidOutTag(parent), m_module(module), m_channel(channel)
-    {}
+    {
+    }
     ZUL_camparam(ZUL_camparam const& other) = default;
     explicit ZUL_camparam(ZUL_camparam const* other) : ZUL_camparam(*other) {}
     ZUL_camparam& operator=(ZUL_camparam const& other) = default;

@@ -16,7 +16,8 @@ public:
     /// @param module not owned, has to outlive this tag; may be null
     ZUL_dma_param(ZUL* parent, unsigned int dmaChannel, ZUL_module const* module)
         : LaidOutTag(parent), m_module(module), m_dmaChannel(static_cast<int>(dmaChannel))
-    {}
+    {
+    }
     ZUL_dma_param(ZUL_dma_param const& other) = default;
     explicit ZUL_dma_param(ZUL_dma_param const* other) : ZUL_dma_param(*other) {}
     ZUL_dma_param& operator=(ZUL_dma_param const& other) = default;

@@ -29,7 +29,8 @@ public:
     /// @param module not owned, has to outlive this tag; may be null
     ZUL_param(ZUL* parent, QL_ParamType type, ZUL_module const* module)
         : LaidOutTag(parent), m_module(module), m_type(type)
-    {}
+    {
+    }
     /// A parameter without container. @throws as the assignment
     ZUL_param(ZUL_param const& other);
     explicit ZUL_param(ZUL_param const* other) : ZUL_param(*other) {}

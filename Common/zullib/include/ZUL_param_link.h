@@ -18,7 +18,8 @@ public:
     /// @param destination not owned, has to outlive this tag; may be null
     ZUL_param_link(ZUL* parent, ZUL_module const* source, ZUL_module const* destination)
         : LaidOutTag(parent), m_sourceModule(source), m_destinationModule(destination)
-    {}
+    {
+    }
     ZUL_param_link(ZUL_param_link const& other) = default;
     explicit ZUL_param_link(ZUL_param_link const* other) : ZUL_param_link(*other) {}
     ZUL_param_link& operator=(ZUL_param_link const& other) = default;

@@ -83,7 +83,8 @@ auto const* entryAt(Entries const& entries, std::size_t i) noexcept
 
 zul_module_ext::zul_module_ext(ZUL_module* module)
     : m_private(std::make_unique<zul_module_ext_private>(module))
-{}
+{
+}
 
 zul_module_ext::~zul_module_ext() = default;
 
