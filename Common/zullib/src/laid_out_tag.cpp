@@ -5,7 +5,12 @@
 unsigned long LaidOutTag::Load(void const* tag, unsigned long avail)
 {
     TagLayout row = TagLayout::forLoading(*this, static_cast<std::byte const*>(tag), avail);
-    layout(row);
+    try {
+        layout(row);
+    } catch (...) {
+        keyChanged(); // what was read before the failure is stored
+        throw;
+    }
     keyChanged();
     return row.length();
 }
