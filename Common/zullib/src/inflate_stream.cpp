@@ -75,7 +75,8 @@ private:
 
 } // namespace
 
-int inflateStream(std::span<std::byte const> stream, std::function<int(std::span<std::byte const>)> const& sink)
+int inflateStream(std::span<std::byte const> stream,
+                  std::function<int(std::span<std::byte const>)> const& sink)
 {
     Inflater inflater(stream);
     int zlibResult = Z_OK;

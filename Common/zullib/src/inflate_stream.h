@@ -9,4 +9,5 @@
 /// @return 0; what @p sink returned; -5 (EIO) when the stream is corrupt, cut short or needs a dictionary
 /// @throws std::bad_alloc when memory runs out
 /// @throws std::runtime_error "Unknown error while decompressing"
-int inflateStream(std::span<std::byte const> stream, std::function<int(std::span<std::byte const>)> const& sink);
+int inflateStream(std::span<std::byte const> stream,
+                  std::function<int(std::span<std::byte const>)> const& sink);
