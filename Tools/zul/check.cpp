@@ -1,13 +1,13 @@
 #include "check_rules.h"
+#include "damage.h"
 #include "findings.h"
 #include "input.h"
 #include "json_output.h"
 #include "quiet_load.h"
-#include "session.h"
 #include "text_output.h"
+#include "verb.h"
 #include "zul_class.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
 #include <memory>
@@ -71,11 +71,6 @@ std::string loadText(CheckedFile const& checked, Load const& load)
     return "no: no tag can be read, result " + std::to_string(outcome.result);
 }
 
-std::string kindOf(WalkedTag const& tag)
-{
-    return tag.kind == nullptr ? "unknown" : tag.kind->meaning;
-}
-
 // For people.
 
 std::string placeText(CheckedFile const& checked, Finding const& finding)
@@ -83,7 +78,7 @@ std::string placeText(CheckedFile const& checked, Finding const& finding)
     std::string text = "file";
     if (finding.tag != Finding::noTag) {
         WalkedTag const& tag = checked.walk.tags[finding.tag];
-        text = "tag " + std::to_string(tag.index) + " (" + kindOf(tag) + ") at " + asHex(tag.offset);
+        text = "tag " + std::to_string(tag.index) + " (" + kindName(tag) + ") at " + asHex(tag.offset);
     }
     return text + ", " + finding.field + " at " + asHex(finding.offset);
 }
@@ -126,7 +121,7 @@ void print(Session& session, CheckedFile const& checked)
 
 Json tagJson(WalkedTag const& tag)
 {
-    return {{"index", tag.index}, {"id", tag.id}, {"kind", kindOf(tag)}, {"offset", tag.offset}};
+    return {{"index", tag.index}, {"id", tag.id}, {"kind", kindName(tag)}, {"offset", tag.offset}};
 }
 
 Json findingJson(CheckedFile const& checked, Finding const& finding)
@@ -206,6 +201,8 @@ void check(Session& session, std::vector<std::string> const& paths, bool asJson)
     }
     if (asJson) {
         JsonObjectWriter json(session.out);
+        json.member("schema", "zul-check");
+        json.member("version", 1);
         json.beginList("files");
         for (Json const& file : files) {
             json.element(file);
@@ -223,13 +220,9 @@ void addCheckVerb(CLI::App& app, Session& session)
         bool asJson = false;
     };
     auto const options = std::make_shared<Options>();
-    CLI::App* const verb = app.add_subcommand(
-        "check", "Finds what is wrong with design files, and says what a load does with them.");
-    verb->add_option("FILE", options->paths, "design files; - is standard input")->required();
-    verb->add_flag("--json", options->asJson, "write JSON: {\"files\": [...]}");
-    verb->footer(
-        "Exit codes: 0 no error or warning, 1 errors or warnings in a file that loads, 3 a file cannot be "
-        "read,\n4 a load refuses a file; of several files the highest. zul explain says more about an id.\n"
-        "Example: zul check --json design.zul");
-    verb->callback([options, &session] { check(session, options->paths, options->asJson); });
+    CLI::App& verb =
+        addVerb(app, "check", "Find what is wrong with design files, and say what a load does with them",
+                "zul check --json design.zul", options->asJson);
+    verb.add_option("FILE", options->paths, "Design containers, - for standard input")->required();
+    verb.callback([options, &session] { check(session, options->paths, options->asJson); });
 }

@@ -1,10 +1,9 @@
 #include "findings.h"
 #include "json_output.h"
-#include "session.h"
 #include "text_output.h"
+#include "verb.h"
 
-#include <CLI/CLI.hpp>
-#include <memory>
+#include <algorithm>
 #include <ostream>
 
 namespace {
@@ -64,6 +63,8 @@ void printMarkdown(Session& session, Texts const& texts)
 void printJson(Session& session, Texts const& texts)
 {
     JsonObjectWriter json(session.out);
+    json.member("schema", "zul-explain");
+    json.member("version", 1);
     json.beginList("findings");
     for (RuleText const* const text : texts) {
         json.element({{"id", idOf(text->rule)},
@@ -117,14 +118,12 @@ void explain(Session& session, Options const& options)
 void addExplainVerb(CLI::App& app, Session& session)
 {
     auto const options = std::make_shared<Options>();
-    CLI::App* const verb = app.add_subcommand("explain", "Explains what zul check finds.");
-    auto* const ids = verb->add_option("ID", options->ids, "ids of findings, as Z0101");
-    auto* const all = verb->add_flag("--all", options->all, "all findings");
-    auto* const json = verb->add_flag("--json", options->asJson, "write JSON: {\"findings\": [...]}");
-    verb->add_flag("--markdown", options->asMarkdown, "write Markdown")->excludes(json);
-    ids->excludes(all);
-    verb->footer("Example: zul explain Z0101");
-    verb->callback([options, &session] {
+    CLI::App& verb =
+        addVerb(app, "explain", "Explain what zul check finds", "zul explain Z0101", options->asJson);
+    CLI::Option* const ids = verb.add_option("ID", options->ids, "Ids of findings, like Z0101");
+    ids->excludes(verb.add_flag("--all", options->all, "All findings"));
+    verb.add_flag("--markdown", options->asMarkdown, "Write Markdown")->excludes(verb.get_option("--json"));
+    verb.callback([options, &session] {
         if (!options->all && options->ids.empty()) {
             throw CLI::RequiredError("ID or --all");
         }
