@@ -1,30 +1,16 @@
 #include "files.h"
+#include "outcome.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstdio>
 #include <string>
-#include <sys/wait.h>
 
 namespace {
 
-struct Outcome {
-    int status;
-    std::string output; // both streams
-};
-
 Outcome run(std::string const& command)
 {
-    FILE* const pipe = popen((std::string(EXAMPLE_PROGRAMS) + '/' + command + " 2>&1").c_str(), "r");
-    Outcome outcome{};
-    char chunk[4096];
-    for (std::size_t length = 0; (length = fread(chunk, 1, sizeof chunk, pipe)) > 0;) {
-        outcome.output.append(chunk, length);
-    }
-    int const status = pclose(pipe);
-    outcome.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return outcome;
+    return outcomeOf(EXAMPLE_PROGRAMS "/" + command);
 }
 
 TEST(ReadDesign, PrintsModulesWithTheirParameters)
