@@ -45,7 +45,7 @@ public:
     {
         m_state.ensure([this, &scan] {
             m_tags.clear();
-            scan([this](auto& tag) { insert(tag); });
+            scan([this](auto& tag) { this->insert(tag); });
         });
         Tag* const* const found = m_tags.find(key);
         return found == nullptr ? nullptr : *found;
