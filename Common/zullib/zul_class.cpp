@@ -1,6 +1,6 @@
 #include "zul_class.h"
 
-#include "kova/templates/platform/invariant.h"
+#include "tag_cast.h"
 #include "zul_private.h"
 #include "zullib.h"
 
@@ -75,16 +75,18 @@ void ZUL::AddTag(ZUL_tag* tag)
     if (tag == nullptr) {
         return;
     }
-    if (auto* const author = dynamic_cast<ZUL_author*>(tag)) {
+    if (auto* const author = tagOfKind<ZUL_author>(tag)) {
         m_private->replace(m_private->m_author, author);
-    } else if (auto* const name = dynamic_cast<ZUL_design_name*>(tag)) {
+    } else if (auto* const name = tagOfKind<ZUL_design_name>(tag)) {
         m_private->replace(m_private->m_designName, name);
-    } else if (auto* const version = dynamic_cast<ZUL_design_version*>(tag)) {
+    } else if (auto* const version = tagOfKind<ZUL_design_version>(tag)) {
         m_private->replace(m_private->m_designVersion, version);
-    } else if (auto* const number = dynamic_cast<ZUL_design_version_nr*>(tag)) {
-        setDesignVersion(number);
-        delete number;
-    } else if (auto* const config = dynamic_cast<ZUL_multi_data*>(tag)) {
+    } else if (auto* const number = tagOfKind<ZUL_design_version_nr>(tag)) {
+        if (!m_private->isFiled(*number)) {
+            setDesignVersion(number);
+            delete number;
+        }
+    } else if (auto* const config = tagOfKind<ZUL_multi_data>(tag)) {
         AddConfig(config);
     } else {
         m_private->appendChecked(tag);
@@ -126,7 +128,7 @@ void ZUL::AddConfig(ZUL_multi_data* config, char const* id)
     if (config != nullptr) {
         config->setParent(this); // the identifier is stored in the configuration's container
         config->setId(id);
-        m_private->m_configs.Add(config);
+        m_private->appendConfig(config);
     }
 }
 

@@ -209,7 +209,7 @@ void ContainerLoader::fileLib(std::unique_ptr<ZUL_tag> lib)
 void ContainerLoader::fileConfig(std::unique_ptr<ZUL_tag> tag)
 {
     auto* const config = static_cast<ZUL_multi_data*>(tag.get());
-    m_store.m_configs.addNew(config);
+    m_store.appendConfig(config);
     tag.release();
     if (ZUL_destination* const destination = m_store.m_index.lastDestination(config->getIndex())) {
         config->setDestination(destination);

@@ -3,15 +3,6 @@
 #include "ZUL_register.h"
 #include "ZUL_register_link.h"
 
-namespace {
-
-bool isRegister(std::uint32_t id)
-{
-    return id == ZUL_register::old_tag_id || id == ZUL_register::new_tag_id;
-}
-
-} // namespace
-
 std::optional<std::string_view> TagIndex::ByInfo::keyOf(ZUL_user_info const& tag)
 {
     return tag.getInfo() == nullptr ? std::nullopt : std::optional<std::string_view>(tag.getInfo());
@@ -170,13 +161,12 @@ RegisterNames& TagIndex::registerNames() const
     m_namesState.ensure([this] {
         m_names.clear();
         forEachTag([this](ZUL_tag& tag) {
-            if (auto* const reg = isRegister(tag.getTagId()) ? tagCast<ZUL_register>(&tag) : nullptr) {
+            if (auto* const reg = tagOfKind<ZUL_register>(&tag)) {
                 m_names.add(*reg);
             }
         });
         forEachTag([this](ZUL_tag& tag) {
-            bool const isLink = tag.getTagId() == ZUL_register_link::tag_id;
-            if (auto* const link = isLink ? tagCast<ZUL_register_link>(&tag) : nullptr) {
+            if (auto* const link = tagOfKind<ZUL_register_link>(&tag)) {
                 m_names.add(*link);
             }
         });

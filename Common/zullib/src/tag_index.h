@@ -65,10 +65,9 @@ private:
     bool addNewName(Tag& tag);
     RegisterNames& registerNames() const;
 
-    // The tag of a class, told by id first: the cast is the costly part.
     template <class Tag>
     struct Cast {
-        static Tag* cast(ZUL_tag& tag) { return tag.getTagId() == Tag::tag_id ? tagCast<Tag>(&tag) : nullptr; }
+        static Tag* cast(ZUL_tag& tag) { return tagOfKind<Tag>(&tag); }
     };
     struct ByProcessId : Cast<ZUL_process> {
         static std::optional<std::uint64_t> keyOf(ZUL_process const& tag) { return tag.getId(); }

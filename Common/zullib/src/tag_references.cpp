@@ -24,9 +24,13 @@ bool replaceModule(ZUL_tag& tag, Replacement const& replacement)
 
 void replaceDestination(ZUL_multi_data& config, Replacement const& replacement)
 {
+    ZUL_destination* const destination = replaced(config.getDestination(), replacement);
+    if (destination == config.getDestination()) {
+        return;
+    }
     // setDestination takes the destination's index over, which may have changed since the two were bound.
     unsigned int const index = config.getIndex();
-    config.setDestination(replaced(config.getDestination(), replacement));
+    config.setDestination(destination);
     config.setIndex(index);
 }
 

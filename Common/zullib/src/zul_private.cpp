@@ -12,11 +12,12 @@ using TagPointers = std::unordered_map<ZUL_tag const*, ZUL_tag*>;
 
 namespace {
 
-/// Whether other tags may refer to tags with this id.
+/// Whether other tags may refer to tags with this id. A class that is not the format's own may derive from one of
+/// these, under an id of its own.
 bool isReferable(std::uint32_t id)
 {
     return id == ZUL_process::tag_id || id == ZUL_module::tag_id || id == ZUL_destination::tag_id ||
-           id == ZUL_register::old_tag_id || id == ZUL_register::new_tag_id;
+           id == ZUL_register::old_tag_id || id == ZUL_register::new_tag_id || findTagKind(id) == nullptr;
 }
 
 /// A copy of a tag whose class is not the format's own: its bytes.
@@ -25,7 +26,9 @@ std::unique_ptr<ZUL_tag> copyAsBytes(ZUL* parent, ZUL_tag& tag)
     std::vector<std::byte> bytes(tag.getSaveLength());
     tag.Save(bytes.data());
     auto copy = std::make_unique<ZUL_binary_data>(parent, tag.getTagId());
-    copy->Load(bytes.data(), bytes.size());
+    if (!bytes.empty()) {
+        copy->Load(bytes.data(), bytes.size());
+    }
     return copy;
 }
 
@@ -128,13 +131,23 @@ void ZUL_private::appendLink(ZUL_register_link* link)
     appendIndexed(link);
 }
 
+void ZUL_private::appendConfig(ZUL_multi_data* config)
+{
+    if (isFiled(*config)) {
+        return;
+    }
+    m_configs.addNew(config);
+    config->setParent(&m_zul);
+    config->m_filed = true;
+}
+
 void ZUL_private::appendChecked(ZUL_tag* tag)
 {
-    if (auto* const lib = dynamic_cast<ZUL_dll*>(tag)) {
+    if (auto* const lib = tagOfKind<ZUL_dll>(tag)) {
         appendLib(lib);
-    } else if (auto* const reg = dynamic_cast<ZUL_register*>(tag)) {
+    } else if (auto* const reg = tagOfKind<ZUL_register>(tag)) {
         appendRegister(reg);
-    } else if (auto* const link = dynamic_cast<ZUL_register_link*>(tag)) {
+    } else if (auto* const link = tagOfKind<ZUL_register_link>(tag)) {
         appendLink(link);
     } else {
         append(tag);
@@ -231,16 +244,17 @@ void ZUL_private::copyFrom(ZUL_private const& other)
     TagPointers copies;
     for (std::uint32_t i = 0; i < other.m_tags.getCount(); ++i) {
         ZUL_tag& tag = *other.m_tags.at(i);
-        std::unique_ptr<ZUL_tag> copy = copyTag(&m_zul, tag);
-        append(copy.get());
+        std::unique_ptr<ZUL_tag> made = copyTag(&m_zul, tag);
+        append(made.get());
+        ZUL_tag* const copy = made.release();
         if (isReferable(tag.getTagId())) {
-            copies.emplace(&tag, copy.get());
+            bool const isRaw = dynamic_cast<ZUL_binary_data*>(copy) != nullptr; // nothing can refer to that
+            copies.emplace(&tag, isRaw ? nullptr : copy);
         }
-        copy.release();
     }
     for (std::uint32_t i = 0; i < other.m_configs.getCount(); ++i) {
         auto copy = findTagKind(ZUL_multi_data::tag_id)->copy(&m_zul, *other.m_configs.at(i));
-        m_configs.addNew(static_cast<ZUL_multi_data*>(copy.get()));
+        appendConfig(static_cast<ZUL_multi_data*>(copy.get()));
         copy.release();
     }
     auto const toCopy = [&copies](ZUL_tag const* tag) {

@@ -30,6 +30,8 @@ public:
     void appendLib(ZUL_dll* lib);
     void appendRegister(ZUL_register* reg);
     void appendLink(ZUL_register_link* link);
+    /// Appends to the configurations and takes @p config over; when this throws, it is still the caller's.
+    void appendConfig(ZUL_multi_data* config);
     /// append, with the check that @p tag demands.
     void appendChecked(ZUL_tag* tag);
     /// Takes @p tag over as the one of its kind.
