@@ -27,6 +27,7 @@ void addVerbs(CLI::App& app, Session& session)
     addHexVerb(app, session);
     addCheckVerb(app, session);
     addExplainVerb(app, session);
+    addFormatVerb(app, session);
 }
 
 bool wantsJson(CLI::App const& app)

@@ -50,3 +50,4 @@ void addDumpVerb(CLI::App& app, Session& session);
 void addHexVerb(CLI::App& app, Session& session);
 void addCheckVerb(CLI::App& app, Session& session);
 void addExplainVerb(CLI::App& app, Session& session);
+void addFormatVerb(CLI::App& app, Session& session);

@@ -1,9 +1,12 @@
 #include "kova/templates/platform/file_replacement.h"
 
+#include "kova/templates/platform/descriptor.h"
+
 #include <atomic>
 #include <cerrno>
 #include <fcntl.h>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <sys/mman.h>
 #include <sys/stat.h>
@@ -17,42 +20,18 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr mode_t newFileMode = 0644;
+constexpr mode_t privateMode = 0600; // until the old file's mode is taken over, nobody else may read the new one
 constexpr mode_t permissionBits = 07777;
-
-class Descriptor {
-public:
-    explicit Descriptor(int fd) noexcept : m_fd(fd) {}
-    Descriptor(Descriptor const&) = delete;
-    Descriptor& operator=(Descriptor const&) = delete;
-    ~Descriptor()
-    {
-        if (m_fd >= 0) {
-            int const error = errno;
-            ::close(m_fd);
-            errno = error;
-        }
-    }
-    explicit operator bool() const noexcept { return m_fd >= 0; }
-    int get() const noexcept { return m_fd; }
-
-private:
-    int m_fd;
-};
 
 /// A new file beside the target; gone unless it was given the target's name.
 class TemporaryFile {
 public:
-    explicit TemporaryFile(fs::path const& directory)
-        : m_path(unusedName(directory)),
-          m_file(::open(m_path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, newFileMode))
-    {
-        m_exists = static_cast<bool>(m_file);
-    }
+    TemporaryFile(fs::path const& directory, mode_t mode) : m_file(openNew(directory, mode, m_path)) {}
     TemporaryFile(TemporaryFile const&) = delete;
     TemporaryFile& operator=(TemporaryFile const&) = delete;
     ~TemporaryFile()
     {
-        if (m_exists) {
+        if (m_file && !m_renamed) {
             ::unlink(m_path.c_str());
         }
     }
@@ -65,24 +44,26 @@ public:
         if (::rename(m_path.c_str(), target.c_str()) != 0) {
             return -errno;
         }
-        m_exists = false;
+        m_renamed = true;
         return 0;
     }
 
 private:
-    static fs::path unusedName(fs::path const& directory)
+    /// Opens a file that was not there before, whoever else writes into @p directory, and tells its @p path.
+    static int openNew(fs::path const& directory, mode_t mode, fs::path& path)
     {
         static std::atomic<unsigned> counter = 0;
-        fs::path path;
+        int fd = -1;
         do {
             path = directory / (".zul-" + std::to_string(::getpid()) + "-" + std::to_string(counter++));
-        } while (fs::exists(fs::symlink_status(path)));
-        return path;
+            fd = ::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+        } while (fd < 0 && errno == EEXIST);
+        return fd;
     }
 
     fs::path m_path;
     Descriptor m_file;
-    bool m_exists = false;
+    bool m_renamed = false;
 };
 
 /// Where the symbolic links at the end of @p path lead, whether or not there is a file.
@@ -118,11 +99,21 @@ int takeAttributes(int fd, struct stat const& old)
     return ::fchmod(fd, old.st_mode & permissionBits) != 0 ? -errno : 0;
 }
 
+/// Makes the file at least @p length bytes long, with all its blocks. @return 0 or a negated errno
+int allocate(int fd, std::uint64_t length)
+{
+    int error = EINTR;
+    while (error == EINTR) {
+        error = ::posix_fallocate(fd, 0, static_cast<off_t>(length));
+    }
+    return -error;
+}
+
 /// @return 0, a negated errno, or 1 when contents.fill declined
 int fillMapped(int fd, FileContents const& contents)
 {
-    if (int const error = ::posix_fallocate(fd, 0, static_cast<off_t>(contents.length)); error != 0) {
-        return -error;
+    if (int const allocated = allocate(fd, contents.length); allocated != 0) {
+        return allocated;
     }
     void* const bytes = ::mmap(nullptr, contents.length, PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0);
     if (bytes == MAP_FAILED) {
@@ -171,11 +162,11 @@ int writeAll(int fd, std::vector<std::byte> const& image)
 /// Blocks for a file that grows are reserved first: then only a broken disk can stop the writing half way.
 int reserve(int fd, struct stat const& old, std::uint64_t length)
 {
-    int const error = ::posix_fallocate(fd, 0, static_cast<off_t>(length));
-    if (error != 0 && ::ftruncate(fd, old.st_size) != 0) {
+    int const allocated = allocate(fd, length);
+    if (allocated != 0 && ::ftruncate(fd, old.st_size) != 0) {
         return -errno;
     }
-    return -error;
+    return allocated;
 }
 
 int writeInPlace(int fd, struct stat const& old, FileContents const& contents)
@@ -200,9 +191,19 @@ int writeInPlace(int fd, struct stat const& old, FileContents const& contents)
     return 0;
 }
 
-bool mayNotWriteDirectory(int error)
+/// Whether another file beside this one may take its place: not in a directory that cannot be written, of somebody
+/// else's file in a sticky directory, or where a file is mounted on its own.
+bool isNoPlaceForAnother(int error)
 {
-    return error == EACCES || error == EPERM || error == EROFS;
+    return error == EACCES || error == EPERM || error == EROFS || error == EBUSY;
+}
+
+/// @return 0 or a negated errno; nothing where the file's directory does not let it be replaced
+std::optional<int> replaceByAnother(fs::path const& target, struct stat const& old, FileContents const& contents)
+{
+    TemporaryFile temporary(directoryOf(target), privateMode);
+    int const result = temporary ? writeThroughTemporary(temporary, target, &old, contents) : -errno;
+    return isNoPlaceForAnother(-result) ? std::nullopt : std::optional(result);
 }
 
 int replaceExisting(char const* path, int fd, FileContents const& contents)
@@ -211,21 +212,21 @@ int replaceExisting(char const* path, int fd, FileContents const& contents)
     if (::fstat(fd, &old) != 0) {
         return -errno;
     }
-    if (!S_ISREG(old.st_mode) || old.st_nlink != 1) {
-        return writeInPlace(fd, old, contents);
+    if (S_ISREG(old.st_mode) && old.st_nlink == 1) {
+        if (auto const replaced = replaceByAnother(followLinks(path), old, contents)) {
+            return *replaced;
+        }
     }
-    fs::path const target = followLinks(path);
-    TemporaryFile temporary(directoryOf(target));
-    if (temporary) {
-        return writeThroughTemporary(temporary, target, &old, contents);
-    }
-    return mayNotWriteDirectory(errno) ? writeInPlace(fd, old, contents) : -errno;
+    return writeInPlace(fd, old, contents);
 }
 
 int createNew(char const* path, FileContents const& contents)
 {
     fs::path const target = followLinks(path);
-    TemporaryFile temporary(directoryOf(target));
+    if (!target.has_filename()) {
+        return -EISDIR;
+    }
+    TemporaryFile temporary(directoryOf(target), newFileMode);
     return temporary ? writeThroughTemporary(temporary, target, nullptr, contents) : -errno;
 }
 
