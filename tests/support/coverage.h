@@ -10,11 +10,16 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
-/// Keeps what a visit shows. The fields refer to the visited bytes.
+/// Keeps what a visit shows.
 class VisitRecord : public FieldVisitor {
 public:
+    VisitRecord() = default;
+    VisitRecord(VisitRecord&&) = default; // no copies: the fields refer to the bytes that are kept here
+    VisitRecord& operator=(VisitRecord&&) = default;
+
     void field(TagField const& field) override { fields.push_back(field); }
     void problem(TagProblem const& problem) override { problems.push_back(problem); }
 
@@ -28,12 +33,14 @@ public:
 
     std::vector<TagField> fields;
     std::vector<TagProblem> problems;
+    Bytes bytes;
 };
 
-inline VisitRecord visited(LaidOutTag& tag, Bytes const& bytes)
+inline VisitRecord visited(LaidOutTag& tag, Bytes bytes)
 {
     VisitRecord record;
-    tag.visit({bytes.data(), bytes.size()}, record);
+    record.bytes = std::move(bytes);
+    tag.visit({record.bytes.data(), record.bytes.size()}, record);
     return record;
 }
 

@@ -114,8 +114,14 @@ public:
         m_list.resize(m_count);
     }
 
-    /// Exchanges two elements; no checks.
-    void swap(std::uint32_t i, std::uint32_t j) noexcept { std::swap(m_list[i], m_list[j]); }
+    /// Exchanges two slots; both have to be below the capacity, which is not checked.
+    void swap(std::uint32_t i, std::uint32_t j)
+    {
+        if (std::size_t const last = std::max(i, j); last >= m_list.size()) {
+            m_list.resize(last + 1);
+        }
+        std::swap(m_list[i], m_list[j]);
+    }
 
     /// Drops every element. None is deleted, owning or not: the elements belong to whoever still knows them.
     void clear() noexcept

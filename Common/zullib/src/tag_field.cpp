@@ -7,7 +7,7 @@
 std::uint64_t TagField::number() const noexcept
 {
     std::uint64_t value = 0;
-    if (bytes.size() == width && width <= sizeof value) {
+    if (!bytes.empty() && bytes.size() == width && width <= sizeof value) {
         std::memcpy(&value, bytes.data(), bytes.size());
     }
     return value;
