@@ -71,7 +71,8 @@ void expectCutsAreShown(MakeTag makeTag, Bytes const& bytes, std::size_t fixedPa
 {
     for (std::size_t size = 0; size < bytes.size(); ++size) {
         SCOPED_TRACE("cut to " + std::to_string(size) + " bytes");
-        std::vector<std::byte> const piece(bytes.data(), bytes.data() + size); // exact: reads behind it are seen
+        std::vector<std::byte> const piece(bytes.data(),
+                                           bytes.data() + size); // exact: reads behind it are seen
         auto tag = makeTag();
         VisitRecord record;
         tag.visit(piece, record);

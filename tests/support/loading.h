@@ -28,7 +28,8 @@ testing::AssertionResult loadThrows(ZUL_tag& tag, Bytes const& bytes, std::uint3
         return testing::AssertionFailure() << "loaded " << consumed << " bytes";
     } catch (ZUL_file_error const& error) {
         if (typeid(error) != typeid(Error) || error.getTagId() != id) {
-            return testing::AssertionFailure() << '"' << error.what() << "\" with id " << std::hex << error.getTagId();
+            return testing::AssertionFailure()
+                   << '"' << error.what() << "\" with id " << std::hex << error.getTagId();
         }
         return testing::AssertionSuccess();
     } catch (std::exception const& error) {
@@ -45,11 +46,14 @@ void expectFixedLength(MakeTag makeTag, Bytes const& bytes, std::uint32_t id)
     auto const length = static_cast<std::uint32_t>(bytes.size());
     for (std::size_t avail = 0; avail < bytes.size(); ++avail) {
         auto tag = makeTag();
-        EXPECT_TRUE(loadThrows<ZUL_file_bad_tag_length>(tag, Bytes(bytes).cut(avail), id)) << avail << " bytes";
+        EXPECT_TRUE(loadThrows<ZUL_file_bad_tag_length>(tag, Bytes(bytes).cut(avail), id))
+            << avail << " bytes";
     }
-    for (std::uint32_t const stated : {0U, 8U, length - 1, length + 1, length + 4, 0x7FFFFFFFU, 0xFFFFFFFFU}) {
+    for (std::uint32_t const stated :
+         {0U, 8U, length - 1, length + 1, length + 4, 0x7FFFFFFFU, 0xFFFFFFFFU}) {
         auto tag = makeTag();
-        Bytes const broken = Bytes(bytes).setU32(4, stated).fill(0, 16); // the bytes are there, the number is wrong
+        Bytes const broken =
+            Bytes(bytes).setU32(4, stated).fill(0, 16); // the bytes are there, the number is wrong
         EXPECT_TRUE(loadThrows<ZUL_file_bad_tag_length>(tag, broken, id)) << "length field " << stated;
     }
     auto tag = makeTag();

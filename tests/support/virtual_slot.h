@@ -11,5 +11,6 @@ std::size_t virtualSlot(Operation operation)
     std::size_t words[2];
     static_assert(sizeof operation == sizeof words);
     std::memcpy(words, &operation, sizeof words);
-    return (words[0] - 1) / sizeof(void*); // the first word of a pointer to a virtual member is its offset plus 1
+    return (words[0] - 1) /
+           sizeof(void*); // the first word of a pointer to a virtual member is its offset plus 1
 }

@@ -45,8 +45,8 @@ public:
     /// @param msb counted from 0, at most 63
     /// @param lsb counted from 1 where the value's low bits are concerned; at most @p msb
     /// @return 0, or -22 when the bits are out of order, or @p value has bits above @p msb or below @p lsb
-    int setAddress(unsigned int address, unsigned long long value, bool readOnly, unsigned char msb, unsigned char lsb,
-                   access type);
+    int setAddress(unsigned int address, unsigned long long value, bool readOnly, unsigned char msb,
+                   unsigned char lsb, access type);
     unsigned int getAddress() const noexcept { return m_address; }
     unsigned long long getCache() const noexcept { return m_cache; }
 

@@ -3,7 +3,8 @@
 #include "tag_cast.h"
 #include "tag_layout.h"
 
-ZUL_dmacnt_register::ZUL_dmacnt_register(ZUL* parent, unsigned int channel, unsigned int address, unsigned int flags)
+ZUL_dmacnt_register::ZUL_dmacnt_register(ZUL* parent, unsigned int channel, unsigned int address,
+                                         unsigned int flags)
     : LaidOutTag(parent), m_channel(channel), m_address(address), m_flags(flags)
 {
 }
