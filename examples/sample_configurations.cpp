@@ -112,7 +112,7 @@ void addConfigurations(ZUL& design)
         auto const bytes = bitstream(board.bitstreamBytes, board.fpga);
         configuration->setData(bytes.data(), bytes.size());
         design.AddConfig(configuration.get(), board.id);
-        configuration.release();
+        static_cast<void>(configuration.release()); // the design owns it now
     }
 }
 

@@ -16,7 +16,7 @@ void addLibrary(ZUL& design, char const* path)
         throw std::system_error(-result, std::generic_category(), path);
     }
     design.AddLib(library.get());
-    library.release();
+    static_cast<void>(library.release()); // the design owns it now
 }
 
 } // namespace sample

@@ -36,9 +36,10 @@ struct Parameter {
 
 Integers squareTable()
 {
+    constexpr std::int64_t last = 255;
     Integers table;
-    for (std::int64_t i = 0; i < 256; ++i) {
-        table.push_back(i * i * 4095 / (255 * 255));
+    for (std::int64_t i = 0; i <= last; ++i) {
+        table.push_back(i * i * 4095 / (last * last));
     }
     return table;
 }

@@ -16,50 +16,50 @@ constexpr auto buffered = ZUL_register::access2;
 
 struct Register {
     char const* name;
-    bool layout;
+    unsigned long long value;
     unsigned int address;
+    ZUL_register::access type;
     unsigned char msb;
     unsigned char lsb;
-    unsigned long long value;
     bool access;
-    ZUL_register::access type;
+    bool layout;
 };
 
 // Each module has 256 bytes of addresses, from 0x201000 on.
 // clang-format off
 constexpr Register registers[] = {
-    {"Camera0_Enable",       older, 0x201000,  0,  0, 0,          writable, direct},
-    {"Camera0_TapGeometry",  older, 0x201000,  7,  4, 0,          writable, direct},
-    {"Camera0_Width",        older, 0x201004, 15,  0, 2048,       writable, direct},
-    {"Camera0_Height",       older, 0x201008, 15,  0, 1088,       writable, direct},
-    {"Camera0_Exposure",     newer, 0x20100C, 31,  0, 106312,     writable, buffered},
-    {"Camera0_Status",       older, 0x201010, 15,  0, 0,          readOnly, direct},
-    {"Camera0_Timestamp",    newer, 0x201018, 63,  0, 0,          readOnly, direct},
-    {"Buffer0_StartAddress", newer, 0x201100, 63,  0, 0x80000000, writable, direct},
-    {"Buffer0_FillLevel",    older, 0x201108, 31,  0, 0,          readOnly, direct},
-    {"Buffer0_Overflow",     older, 0x20110C,  0,  0, 0,          readOnly, direct},
-    {"Fir0_Coefficient0",    newer, 0x201200, 15,  0, 0xFFFF,     writable, buffered},
-    {"Fir0_Coefficient1",    newer, 0x201204, 15,  0, 4,          writable, buffered},
-    {"Fir0_Coefficient2",    newer, 0x201208, 15,  0, 10,         writable, buffered},
-    {"Fir0_Gain",            newer, 0x20120C, 15,  0, 0x140,      writable, buffered},
-    {"Lut0_Address",         older, 0x201300,  7,  0, 0,          writable, direct},
-    {"Lut0_Data",            older, 0x201304, 15,  0, 0,          writable, direct},
+    {"Camera0_Enable",       0,          0x201000, direct,    0,  0, writable, older},
+    {"Camera0_TapGeometry",  0,          0x201000, direct,    7,  4, writable, older},
+    {"Camera0_Width",        2048,       0x201004, direct,   15,  0, writable, older},
+    {"Camera0_Height",       1088,       0x201008, direct,   15,  0, writable, older},
+    {"Camera0_Exposure",     106312,     0x20100C, buffered, 31,  0, writable, newer},
+    {"Camera0_Status",       0,          0x201010, direct,   15,  0, readOnly, older},
+    {"Camera0_Timestamp",    0,          0x201018, direct,   63,  0, readOnly, newer},
+    {"Buffer0_StartAddress", 0x80000000, 0x201100, direct,   63,  0, writable, newer},
+    {"Buffer0_FillLevel",    0,          0x201108, direct,   31,  0, readOnly, older},
+    {"Buffer0_Overflow",     0,          0x20110C, direct,    0,  0, readOnly, older},
+    {"Fir0_Coefficient0",    0xFFFF,     0x201200, buffered, 15,  0, writable, newer},
+    {"Fir0_Coefficient1",    4,          0x201204, buffered, 15,  0, writable, newer},
+    {"Fir0_Coefficient2",    10,         0x201208, buffered, 15,  0, writable, newer},
+    {"Fir0_Gain",            0x140,      0x20120C, buffered, 15,  0, writable, newer},
+    {"Lut0_Address",         0,          0x201300, direct,    7,  0, writable, older},
+    {"Lut0_Data",            0,          0x201304, direct,   15,  0, writable, older},
     {"Lut0_TableBank_ActiveWhileTransferring_SelectedByHost_SwitchedAtFrameStart",
-                             newer, 0x201308,  1,  0, 1,          writable, buffered},
-    {"Dma0_Control",         older, 0x201400,  3,  0, 0,          writable, direct},
-    {"Dma0_BytesMoved",      newer, 0x201408, 63,  0, 0,          readOnly, direct},
-    {"Encoder0_Position",    newer, 0x201500, 63,  0, 0,          readOnly, direct},
-    {"Encoder0_Steps",       older, 0x201508,  2,  0, 4,          writable, direct},
-    {"Trigger0_Divider",     older, 0x201600, 15,  0, 4,          writable, direct},
-    {"Trigger0_Delay",       older, 0x201604, 31,  0, 250,        writable, direct},
-    {"Trigger0_Missed",      older, 0x201608, 31,  0, 0,          readOnly, direct},
-    {"Camera1_Enable",       older, 0x201700,  0,  0, 0,          writable, direct},
-    {"Camera1_Width",        older, 0x201704, 15,  0, 1024,       writable, direct},
-    {"Camera1_Status",       older, 0x201710, 15,  0, 0,          readOnly, direct},
-    {"Sampler1_Step",        older, 0x201900,  5,  0, 2,          writable, direct},
-    {"Dma1_Control",         older, 0x201A00,  3,  0, 0,          writable, direct},
-    {"Strobe1_Pulse",        newer, 0x201B00, 15,  0, 6250,       writable, direct},
-    {"Board_Identification", newer, 0x200010, 63,  0, 0,          readOnly, direct},
+                             1,          0x201308, buffered,  1,  0, writable, newer},
+    {"Dma0_Control",         0,          0x201400, direct,    3,  0, writable, older},
+    {"Dma0_BytesMoved",      0,          0x201408, direct,   63,  0, readOnly, newer},
+    {"Encoder0_Position",    0,          0x201500, direct,   63,  0, readOnly, newer},
+    {"Encoder0_Steps",       4,          0x201508, direct,    2,  0, writable, older},
+    {"Trigger0_Divider",     4,          0x201600, direct,   15,  0, writable, older},
+    {"Trigger0_Delay",       250,        0x201604, direct,   31,  0, writable, older},
+    {"Trigger0_Missed",      0,          0x201608, direct,   31,  0, readOnly, older},
+    {"Camera1_Enable",       0,          0x201700, direct,    0,  0, writable, older},
+    {"Camera1_Width",        1024,       0x201704, direct,   15,  0, writable, older},
+    {"Camera1_Status",       0,          0x201710, direct,   15,  0, readOnly, older},
+    {"Sampler1_Step",        2,          0x201900, direct,    5,  0, writable, older},
+    {"Dma1_Control",         0,          0x201A00, direct,    3,  0, writable, older},
+    {"Strobe1_Pulse",        6250,       0x201B00, direct,   15,  0, writable, newer},
+    {"Board_Identification", 0,          0x200010, direct,   63,  0, readOnly, newer},
 };
 
 struct Alias {
