@@ -21,6 +21,7 @@ int main(int argc, char** argv)
         }
         return 2;
     }
-    Bytes const container = shapeNamed(argv[1]).make(static_cast<std::uint32_t>(std::strtoul(argv[2], nullptr, 10)));
+    Bytes const container =
+        shapeNamed(argv[1]).make(static_cast<std::uint32_t>(std::strtoul(argv[2], nullptr, 10)));
     return measuredLoad(container) == 0 ? 0 : 1;
 }

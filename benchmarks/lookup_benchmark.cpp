@@ -1,6 +1,6 @@
+#include "ZUL_register.h"
 #include "shapes.h"
 #include "zul_class.h"
-#include "ZUL_register.h"
 
 #include <benchmark/benchmark.h>
 #include <string>

@@ -159,7 +159,8 @@ int main()
     Bytes const nameless = namelessRegisters(tags);
     fits = check("nameless registers", peakOfLoad(nameless, 0), nameless.size()) && fits;
     constexpr int invalidData = -22;
-    Bytes announced = headBytes(0xFFFFFFFF, 0xFFFFFFFF).append(Bytes().u32(0x8151050).u32(12).u32(0).zeros(8));
+    Bytes announced =
+        headBytes(0xFFFFFFFF, 0xFFFFFFFF).append(Bytes().u32(0x8151050).u32(12).u32(0).zeros(8));
     fits = check("announced only", peakOfLoad(announced, invalidData), announced.size()) && fits;
     return fits ? 0 : 1;
 }

@@ -12,7 +12,8 @@ Bytes payloadContainer(std::uint32_t mebibytes)
 {
     constexpr std::uint32_t mebibyte = 1U << 20U;
     ContainerBytes container;
-    container.config(Bytes().u32(0x8150120).u32(88 + mebibytes * mebibyte).zeros(80).fill(0xA5, mebibytes * mebibyte));
+    container.config(
+        Bytes().u32(0x8150120).u32(88 + mebibytes * mebibyte).zeros(80).fill(0xA5, mebibytes * mebibyte));
     return container.build();
 }
 

@@ -13,6 +13,7 @@ std::string numbered(char const* stem, std::uint32_t number)
     return stem + std::to_string(number);
 }
 
+// clang-format off
 Bytes processTag(std::uint32_t id)
 {
     return Bytes().u32(0x8158000).u32(80).u32(id).text(numbered("process_", id), 64).u32(62'500'000);
@@ -103,6 +104,8 @@ Bytes userInfoTag(std::uint32_t number)
     return Bytes().u32(0x8159000).u32(144).text(numbered("info_", number), 64).u16(200).zeros(2).u32(number).zeros(64);
 }
 
+// clang-format on
+
 template <class Make>
 Bytes repeat(std::uint32_t tags, Make make)
 {
@@ -140,7 +143,8 @@ Bytes chainOfLinks(std::uint32_t tags)
     // Half links, each leading on to the next; then registers, each of which asks for a name of the chain.
     std::uint32_t const links = tags / 2;
     return repeat(tags, [links](std::uint32_t i) {
-        return i < links ? linkTag(numbered("register_", i), numbered("register_", i + 1)) : newRegisterTag(i - links);
+        return i < links ? linkTag(numbered("register_", i), numbered("register_", i + 1))
+                         : newRegisterTag(i - links);
     });
 }
 
@@ -156,7 +160,9 @@ Bytes parameterLinks(std::uint32_t tags)
 {
     std::uint32_t const modules = tags / 4;
     return repeat(tags, [modules](std::uint32_t i) {
-        return i == 0 ? processTag(0) : i <= modules ? moduleTag(i - 1, 0) : paramLinkTag(i % modules, (i + 1) % modules, i);
+        return i == 0         ? processTag(0)
+               : i <= modules ? moduleTag(i - 1, 0)
+                              : paramLinkTag(i % modules, (i + 1) % modules, i);
     });
 }
 
@@ -240,7 +246,8 @@ std::span<Shape const> shapes()
 
 Shape const& shapeNamed(std::string const& name)
 {
-    auto const found = std::find_if(allShapes.begin(), allShapes.end(), [&](Shape const& s) { return s.name == name; });
+    auto const found =
+        std::find_if(allShapes.begin(), allShapes.end(), [&](Shape const& s) { return s.name == name; });
     if (found == allShapes.end()) {
         throw std::out_of_range("no shape named " + name);
     }

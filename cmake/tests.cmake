@@ -33,6 +33,7 @@ if(TARGET zul_program)
 endif()
 if(TARGET program_tests)
     target_compile_definitions(program_tests PRIVATE
+        ZUL_SOURCE_DIRECTORY="${PROJECT_SOURCE_DIR}"
         ZUL_PROGRAM="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/zul"
         ZUL_SAMPLE_DESIGN="${CMAKE_BINARY_DIR}/share/zulrt/sample.zul")
     if(TARGET zul)

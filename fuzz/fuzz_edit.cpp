@@ -31,7 +31,8 @@ public:
     {
         unsigned const number = next();
         // A long one moves a register to the newer layout.
-        return number % 31 == 30 ? std::string(70, 'x') : std::string(1, static_cast<char>('a' + number % fewNames));
+        return number % 31 == 30 ? std::string(70, 'x')
+                                 : std::string(1, static_cast<char>('a' + number % fewNames));
     }
 
 private:
@@ -179,14 +180,19 @@ void Edited::compare()
         must(m_zul.getRegisterAt(number) == expected, "a number leads to its register");
 
         auto const processes = all<ZUL_process>(ZUL_process::tag_id);
-        auto const process = std::find_if(processes.begin(), processes.end(), [i](auto* p) { return p->getId() == i; });
-        must(m_zul.getProcessAt(i) == (process == processes.end() ? nullptr : *process), "a process is found by id");
+        auto const process =
+            std::find_if(processes.begin(), processes.end(), [i](auto* p) { return p->getId() == i; });
+        must(m_zul.getProcessAt(i) == (process == processes.end() ? nullptr : *process),
+             "a process is found by id");
         auto const infos = all<ZUL_user_info>(ZUL_user_info::tag_id);
-        auto const info = std::find_if(infos.begin(), infos.end(), [&](auto* u) { return name == u->getInfo(); });
-        must(m_zul.findUserInfo(name.c_str()) == (info == infos.end() ? nullptr : *info), "an info is found by name");
+        auto const info =
+            std::find_if(infos.begin(), infos.end(), [&](auto* u) { return name == u->getInfo(); });
+        must(m_zul.findUserInfo(name.c_str()) == (info == infos.end() ? nullptr : *info),
+             "an info is found by name");
     }
-    for (std::uint32_t const id : {ZUL_register::old_tag_id, ZUL_register::new_tag_id, ZUL_register_link::tag_id,
-                                   ZUL_process::tag_id, ZUL_module::tag_id, ZUL_user_info::tag_id}) {
+    for (std::uint32_t const id :
+         {ZUL_register::old_tag_id, ZUL_register::new_tag_id, ZUL_register_link::tag_id, ZUL_process::tag_id,
+          ZUL_module::tag_id, ZUL_user_info::tag_id}) {
         auto const tags = all<ZUL_tag>(id);
         must(m_zul.getTagCount(id) == tags.size(), "tags are counted");
         for (unsigned i = 0; i < tags.size(); ++i) {

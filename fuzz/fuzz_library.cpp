@@ -66,7 +66,8 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     must(result == 0 || result == -5, "the file is written or the data is corrupt");
     must(fs::is_empty(folder.path()) == (result != 0), "a file is there exactly when it was written");
     if (result == 0 && !lib.isCompressed()) {
-        must(fs::file_size(fs::directory_iterator(folder.path())->path()) == size - 1, "raw bytes are written whole");
+        must(fs::file_size(fs::directory_iterator(folder.path())->path()) == size - 1,
+             "raw bytes are written whole");
     }
     return 0;
 }

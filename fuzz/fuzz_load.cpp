@@ -26,7 +26,8 @@ void lookAround(ZUL const& zul)
     }
     for (unsigned i = 0; i < zul.getTagCount(ZUL_module::tag_id); ++i) {
         auto const* const module = static_cast<ZUL_module*>(zul.getTagAt(ZUL_module::tag_id, i));
-        must(zul.getModuleAt(static_cast<unsigned>(module->getIndex())) != nullptr, "a module is found by its index");
+        must(zul.getModuleAt(static_cast<unsigned>(module->getIndex())) != nullptr,
+             "a module is found by its index");
         must(module->getProcess() != nullptr, "a loaded module has a process");
     }
     unsigned last = 0;
@@ -67,7 +68,8 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     try {
         result = zul.Load(data + 1, size - 1);
     } catch (ZUL_runtime_error const&) {
-        must(zul.getLoadMode() != ZUL_LOAD_TOLERANT || !hasGoodHead(data + 1, size - 1), "a tolerant walk does not throw");
+        must(zul.getLoadMode() != ZUL_LOAD_TOLERANT || !hasGoodHead(data + 1, size - 1),
+             "a tolerant walk does not throw");
         return 0;
     }
     must(result == 0 || result == -22, "a load answers 0 or -22");

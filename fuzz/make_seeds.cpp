@@ -67,8 +67,10 @@ void writeContainers(fs::path const& folder, bool withMode)
 {
     fs::create_directories(folder);
     std::vector<std::pair<std::string, Bytes>> const containers{
-        {"every-kind", sample::everyKind()},      {"registers", registersAndLinks()},
-        {"hierarchy", hierarchy()},               {"configurations", configurations()},
+        {"every-kind", sample::everyKind()},
+        {"registers", registersAndLinks()},
+        {"hierarchy", hierarchy()},
+        {"configurations", configurations()},
         {"unknown", ContainerBytes().tag(sample::unknown(0x8150015)).tag(sample::author()).build()},
     };
     for (auto const& [name, bytes] : containers) {

@@ -26,7 +26,8 @@ int main(int argc, char** argv)
         for (auto const& entry : std::filesystem::directory_iterator(argv[i])) {
             std::vector<std::uint8_t> const seed = contents(entry.path());
             for (std::size_t size = 0; size <= seed.size(); ++size) {
-                std::vector<std::uint8_t> const part(seed.data(), seed.data() + size); // its own end, for the sanitizers
+                std::vector<std::uint8_t> const part(seed.data(),
+                                                     seed.data() + size); // its own end, for the sanitizers
                 LLVMFuzzerTestOneInput(part.data(), part.size());
             }
             ++count;

@@ -369,7 +369,8 @@ ZUL_multi_data* ZUL::getConfig(unsigned int index, unsigned int board) const
     for (unsigned int i = 0; i < getConfigCount(); ++i) {
         ZUL_multi_data* const config = getConfigAt(i);
         unsigned int const type = config->getBoardType();
-        unsigned int const own = (board & typeAndRevision) != 0 ? type * 16 | config->getBoardRevision() : type;
+        unsigned int const own =
+            (board & typeAndRevision) != 0 ? type * 16 | config->getBoardRevision() : type;
         if (config->getIndex() == index && (board == 0 || own == board)) {
             return config;
         }

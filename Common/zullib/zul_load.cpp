@@ -27,7 +27,8 @@ constexpr std::uint64_t tagHeaderLength = 8;
 /// One walk over the bytes of a container.
 class ContainerLoader {
 public:
-    ContainerLoader(ZUL& zul, ZUL_private& store, ZULLoadMode mode, std::byte const* bytes, std::uint64_t size)
+    ContainerLoader(ZUL& zul, ZUL_private& store, ZULLoadMode mode, std::byte const* bytes,
+                    std::uint64_t size)
         : m_zul(zul), m_store(store), m_mode(mode), m_bytes(bytes), m_size(size), m_head(&zul, 0, 0)
     {
     }
@@ -239,7 +240,8 @@ void ContainerLoader::finish()
 int ZUL::Load(void const* buffer, unsigned long size)
 {
     auto const* const bytes = static_cast<std::byte const*>(buffer);
-    if (bytes == nullptr || size < headLength || little_endian::read<std::uint32_t>(bytes) != ZUL_multi_head::tag_id) {
+    if (bytes == nullptr || size < headLength ||
+        little_endian::read<std::uint32_t>(bytes) != ZUL_multi_head::tag_id) {
         return invalidData;
     }
     return ContainerLoader(*this, *m_private, m_loadMode, bytes, size).run();

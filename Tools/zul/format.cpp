@@ -97,7 +97,10 @@ public:
     }
 
 private:
-    void setWord(std::uint64_t offset, std::uint32_t value) { std::memcpy(&m_bytes[offset], &value, sizeof value); }
+    void setWord(std::uint64_t offset, std::uint32_t value)
+    {
+        std::memcpy(&m_bytes[offset], &value, sizeof value);
+    }
 
     TagKind const& m_kind;
     std::vector<std::byte> m_bytes;
@@ -125,11 +128,11 @@ std::vector<FormatRow> rowsOf(TagKind const& kind)
         specimen.fillTails();
         for (TagField const& field : specimen.fields()) {
             if (field.offset < end) {
-                fixed[field.offset] = {std::to_string(field.offset), std::to_string(field.width), typeName(field),
-                                       field.name};
+                fixed[field.offset] = {std::to_string(field.offset), std::to_string(field.width),
+                                       typeName(field), field.name};
             } else if (seen.insert(field.name).second) {
-                tails.push_back({std::to_string(end) + (tails.empty() ? "" : "+"), "variable", typeName(field),
-                                 field.name});
+                tails.push_back({std::to_string(end) + (tails.empty() ? "" : "+"), "variable",
+                                 typeName(field), field.name});
             }
         }
     };
@@ -151,16 +154,18 @@ std::vector<FormatRow> rowsOf(TagKind const& kind)
 
 void writeMarkdown(Session& session)
 {
-    session.out << "# The format, field by field\n\n"
-                   "Printed by `zul format --markdown` from the layouts that the library loads and saves by; a test "
-                   "compares.\nOffsets and widths are in bytes, from the first byte of the tag's header. Numbers are "
-                   "little-endian. Parts of\nvariable size lie back to back behind the fixed part, in the order in "
-                   "which they are listed.\n";
+    session.out
+        << "# The format, field by field\n\n"
+           "Printed by `zul format --markdown` from the layouts that the library loads and saves by; a test "
+           "compares.\nOffsets and widths are in bytes, from the first byte of the tag's header. Numbers are "
+           "little-endian. Parts of\nvariable size lie back to back behind the fixed part, in the order in "
+           "which they are listed.\n";
     for (TagKind const& kind : tagKinds()) {
         session.out << "\n## " << asHex(kind.id) << ' ' << kind.meaning << " (`" << kind.className << "`)\n\n"
                     << "| offset | width | type | field |\n|---|---|---|---|\n";
         for (FormatRow const& row : rowsOf(kind)) {
-            session.out << "| " << row.offset << " | " << row.width << " | " << row.type << " | " << row.name << " |\n";
+            session.out << "| " << row.offset << " | " << row.width << " | " << row.type << " | " << row.name
+                        << " |\n";
         }
     }
 }
@@ -184,9 +189,11 @@ void writeJsonFormat(Session& session)
     for (TagKind const& kind : tagKinds()) {
         Json fields = Json::array();
         for (FormatRow const& row : rowsOf(kind)) {
-            fields.push_back({{"offset", row.offset}, {"width", row.width}, {"type", row.type}, {"name", row.name}});
+            fields.push_back(
+                {{"offset", row.offset}, {"width", row.width}, {"type", row.type}, {"name", row.name}});
         }
-        kinds.push_back({{"id", kind.id}, {"class", kind.className}, {"kind", kind.meaning}, {"fields", fields}});
+        kinds.push_back(
+            {{"id", kind.id}, {"class", kind.className}, {"kind", kind.meaning}, {"fields", fields}});
     }
     writeJson(session.out, {{"schema", "zul-format"}, {"version", 1}, {"kinds", kinds}});
 }

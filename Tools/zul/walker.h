@@ -10,8 +10,8 @@
 
 /// One tag as it lies in a file, good or bad.
 struct WalkedTag {
-    std::size_t index = 0;            ///< position in the file; 0 is the first tag behind the head
-    std::uint64_t offset = 0;         ///< of its header in the file
+    std::size_t index = 0;    ///< position in the file; 0 is the first tag behind the head
+    std::uint64_t offset = 0; ///< of its header in the file
     std::uint32_t id = 0;
     std::uint32_t statedLength = 0;   ///< its length field
     std::uint64_t length = 0;         ///< bytes it takes in the walk: never more than there are
@@ -33,7 +33,8 @@ struct Walk {
     std::span<std::byte const> head; ///< 24 bytes, fewer where the file is shorter
     std::vector<WalkedTag> tags;
     WalkEnd end = WalkEnd::NoContainer;
-    std::uint64_t endOffset = 0;     ///< first byte behind the last tag walked; the file's size less this is ignored or lost
+    std::uint64_t endOffset =
+        0; ///< first byte behind the last tag walked; the file's size less this is ignored or lost
 };
 
 /// Walks @p file by the tags' length fields, as a strict load of good tags does (the last 8 bytes begin no tag).

@@ -3,7 +3,8 @@
 #include "bytes.h"
 
 /// The 24 bytes that every container begins with.
-inline Bytes headBytes(std::uint32_t tags, std::uint32_t configs = 0, std::uint32_t version = 1, std::uint32_t dest = 0)
+inline Bytes headBytes(std::uint32_t tags, std::uint32_t configs = 0, std::uint32_t version = 1,
+                       std::uint32_t dest = 0)
 {
     return Bytes().u32(0x4B4F564D).u32(24).u32(tags).u32(configs).u32(version).u32(dest);
 }

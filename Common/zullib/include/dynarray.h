@@ -33,7 +33,8 @@ public:
     void Add(T* element)
     {
         if (m_owns && kova::templates::platform::invariantsAreChecked()) {
-            kova::templates::platform::checkInvariant(std::find(m_list.begin(), m_list.end(), element) == m_list.end(),
+            kova::templates::platform::checkInvariant(std::find(m_list.begin(), m_list.end(), element) ==
+                                                          m_list.end(),
                                                       "m_list[i] != n", "Common/zullib/include/dynarray", 44);
         }
         addNew(element);

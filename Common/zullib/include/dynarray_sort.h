@@ -33,7 +33,7 @@ public:
 
 private:
     struct Place {
-        std::uint32_t element; // where the element stood at first
+        std::uint32_t element;  // where the element stood at first
         std::uint32_t position; // where it stood when this entry was made
     };
 
@@ -83,7 +83,8 @@ private:
     void reorder(std::vector<std::uint32_t> const& order)
     {
         std::vector<T*> sorted(order.size());
-        std::transform(order.begin(), order.end(), sorted.begin(), [this](std::uint32_t i) { return m_elements[i]; });
+        std::transform(order.begin(), order.end(), sorted.begin(),
+                       [this](std::uint32_t i) { return m_elements[i]; });
         m_elements.swap(sorted);
     }
 

@@ -46,7 +46,8 @@ private:
 /// Root of the errors that concern one tag.
 class ZUL_file_error : public ZUL_runtime_error {
 public:
-    ZUL_file_error(std::string const& message, std::uint32_t tagId) : ZUL_runtime_error(message), m_tagId(tagId)
+    ZUL_file_error(std::string const& message, std::uint32_t tagId)
+        : ZUL_runtime_error(message), m_tagId(tagId)
     {
         // One character, the low byte of the id: it is what stands behind "Details:" in the printed
         // diagnostics of a load, and readers of those logs tell the tags apart by it.
@@ -63,7 +64,8 @@ private:
 class ZUL_file_duplicate_tag : public ZUL_file_error {
 public:
     /// @param name the name that occurs twice; empty where the tag kind has none
-    ZUL_file_duplicate_tag(std::uint32_t tagId, std::string const& name) : ZUL_file_error("duplicate tag found", tagId)
+    ZUL_file_duplicate_tag(std::uint32_t tagId, std::string const& name)
+        : ZUL_file_error("duplicate tag found", tagId)
     {
         details = name;
     }

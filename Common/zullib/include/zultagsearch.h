@@ -16,7 +16,7 @@ struct TagSearchCache {
     /// Forgets the list; its memory stays.
     void reset();
 
-    std::uint32_t id = 0;     ///< 0: the slot is empty. Changed under the work cache's lock and this slot's lock.
+    std::uint32_t id = 0; ///< 0: the slot is empty. Changed under the work cache's lock and this slot's lock.
     std::uint32_t count = 0;  ///< number of entries
     bool populated = false;   ///< the list was gathered for id
     dynarraytp<ZUL_tag> tags; ///< not owned

@@ -51,5 +51,6 @@ bool ZUL_process::operator==(ZUL_tag const& other) const
 bool ZUL_process::operator==(ZUL_process const& other) const
 {
     // A name that is not set equals only one that is not set either.
-    return m_id == other.m_id && m_clock == other.m_clock && !m_name == !other.m_name && m_name.view() == other.m_name.view();
+    return m_id == other.m_id && m_clock == other.m_clock && !m_name == !other.m_name &&
+           m_name.view() == other.m_name.view();
 }

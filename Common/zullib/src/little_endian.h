@@ -9,7 +9,8 @@
 /// The one place where numbers meet unaligned little-endian bytes.
 namespace little_endian {
 
-static_assert(std::endian::native == std::endian::little, "containers are little-endian; add byte swaps here");
+static_assert(std::endian::native == std::endian::little,
+              "containers are little-endian; add byte swaps here");
 
 template <std::integral T>
 T read(std::byte const* from) noexcept

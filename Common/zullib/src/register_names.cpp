@@ -93,7 +93,8 @@ void RegisterNames::resolve(Entry& entry, Entry& to)
     entry.resolved = &to;
     std::vector<Entry*> open;
     for (Entry* target = &entry; target != nullptr;) {
-        for (Entry* pointing = target->firstPointing; pointing != nullptr; pointing = pointing->nextPointing) {
+        for (Entry* pointing = target->firstPointing; pointing != nullptr;
+             pointing = pointing->nextPointing) {
             if (pointing->resolved == nullptr) {
                 pointing->resolved = &to;
                 open.push_back(pointing);

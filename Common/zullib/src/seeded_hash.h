@@ -8,7 +8,10 @@
 /// one whose keys all collide.
 struct SeededHash {
     std::size_t operator()(std::string_view text) const noexcept;
-    std::size_t operator()(std::uint64_t number) const noexcept { return mix(number ^ seed(), 0x9E3779B97F4A7C15U); }
+    std::size_t operator()(std::uint64_t number) const noexcept
+    {
+        return mix(number ^ seed(), 0x9E3779B97F4A7C15U);
+    }
 
     /// Folds two words into one.
     static std::uint64_t mix(std::uint64_t a, std::uint64_t b) noexcept

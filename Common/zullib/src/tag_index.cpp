@@ -10,8 +10,9 @@ std::optional<std::string_view> TagIndex::ByInfo::keyOf(ZUL_user_info const& tag
 
 std::optional<LibraryKey> TagIndex::ByLibrary::keyOf(ZUL_dll const& tag)
 {
-    return tag.getName() == nullptr ? std::nullopt
-                                    : std::optional<LibraryKey>({tag.getName(), std::uint32_t{tag.getSystem()}});
+    return tag.getName() == nullptr
+               ? std::nullopt
+               : std::optional<LibraryKey>({tag.getName(), std::uint32_t{tag.getSystem()}});
 }
 
 template <class Do>

@@ -201,7 +201,8 @@ std::span<TagKind const> tagKinds() noexcept
 
 TagKind const* findTagKind(std::uint32_t id) noexcept
 {
-    auto const found = std::lower_bound(kinds.begin(), kinds.end(), id,
-                                        [](TagKind const& kind, std::uint32_t sought) { return kind.id < sought; });
+    auto const found =
+        std::lower_bound(kinds.begin(), kinds.end(), id,
+                         [](TagKind const& kind, std::uint32_t sought) { return kind.id < sought; });
     return found != kinds.end() && found->id == id ? &*found : nullptr;
 }

@@ -151,8 +151,8 @@ void TagLayout::variable(std::uint64_t fixedPart)
     }
 }
 
-std::uint64_t TagLayout::tailLength(std::uint64_t offset, unsigned width, char const* name, std::uint64_t current,
-                                    std::uint64_t limit, char const* tooLong)
+std::uint64_t TagLayout::tailLength(std::uint64_t offset, unsigned width, char const* name,
+                                    std::uint64_t current, std::uint64_t limit, char const* tooLong)
 {
     if (writing()) {
         require(current <= limit, tooLong);
@@ -288,7 +288,8 @@ void TagLayout::process(std::uint64_t offset, char const* name, ZUL_process cons
 {
     if (loading()) {
         ZUL const* const zul = m_tag.getParent();
-        field = zul == nullptr ? nullptr : zul->getProcessAt(little_endian::read<std::uint32_t>(m_from + offset));
+        field =
+            zul == nullptr ? nullptr : zul->getProcessAt(little_endian::read<std::uint32_t>(m_from + offset));
         if (field == nullptr) {
             throw ZUL_file_bad_reference(m_tag.getTagId());
         }
@@ -431,7 +432,8 @@ void TagLayout::show(std::uint64_t offset, std::uint64_t width, FieldKind kind, 
 
 void TagLayout::problem(TagProblem::Kind kind, std::string expected, std::string found)
 {
-    m_visitor->problem({kind, m_last.offset, m_last.width, m_last.name, std::move(expected), std::move(found)});
+    m_visitor->problem(
+        {kind, m_last.offset, m_last.width, m_last.name, std::move(expected), std::move(found)});
 }
 
 void TagLayout::badLength(std::uint64_t expected, char const* relation)

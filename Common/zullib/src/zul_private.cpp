@@ -36,7 +36,8 @@ std::unique_ptr<ZUL_tag> copyTag(ZUL* parent, ZUL_tag& tag)
 {
     TagKind const* const kind = findTagKind(tag.getTagId());
     std::unique_ptr<ZUL_tag> copy = kind == nullptr ? nullptr : kind->copy(parent, tag);
-    if (auto const* const raw = dynamic_cast<ZUL_binary_data const*>(&tag); copy == nullptr && raw != nullptr) {
+    if (auto const* const raw = dynamic_cast<ZUL_binary_data const*>(&tag);
+        copy == nullptr && raw != nullptr) {
         auto rawCopy = std::make_unique<ZUL_binary_data>(*raw);
         rawCopy->setParent(parent);
         return rawCopy;
@@ -57,7 +58,8 @@ std::unique_ptr<Tag> copySingle(ZUL* parent, std::unique_ptr<Tag> const& single)
 
 } // namespace
 
-ZUL_private::ZUL_private(ZUL& zul) : m_zul(zul), m_configs(&zul), m_tags(&zul), m_index(m_tags), m_search(&zul, m_tags)
+ZUL_private::ZUL_private(ZUL& zul)
+    : m_zul(zul), m_configs(&zul), m_tags(&zul), m_index(m_tags), m_search(&zul, m_tags)
 {
 }
 

@@ -62,7 +62,8 @@ public:
     std::uint32_t savedTagCount();
 
     ZUL& m_zul;
-    std::vector<MappedFile> m_mappings; // of every file that tags may have been read from; they outlive the tags
+    std::vector<MappedFile>
+        m_mappings; // of every file that tags may have been read from; they outlive the tags
     dynarray_zultp<ZUL_multi_data> m_configs;
     dynarray_zultp<ZUL_tag> m_tags;
     std::unique_ptr<ZUL_author> m_author;

@@ -62,7 +62,7 @@ void ZUL_tag::changeString(char** field, char const* src, unsigned long len)
         copy = std::make_unique<char[]>(len + 1);
         std::memcpy(copy.get(), src, strnlen(src, len));
     }
-    delete[] *field;
+    delete[] * field;
     *field = copy.release();
 }
 

@@ -125,6 +125,7 @@ void ZulTagSearch::useSearch(std::size_t index)
 {
     checkInvariant(index < slotCount, "index < ARRAY_SIZE(m_workcache)", thisFile, 160);
     auto const begin = m_workcache.begin();
-    std::rotate(begin, begin + static_cast<std::ptrdiff_t>(index), begin + static_cast<std::ptrdiff_t>(index) + 1);
+    std::rotate(begin, begin + static_cast<std::ptrdiff_t>(index),
+                begin + static_cast<std::ptrdiff_t>(index) + 1);
     m_workcache.front()->lock.enter();
 }

@@ -20,7 +20,8 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr mode_t newFileMode = 0644;
-constexpr mode_t privateMode = 0600; // until the old file's mode is taken over, nobody else may read the new one
+constexpr mode_t privateMode =
+    0600; // until the old file's mode is taken over, nobody else may read the new one
 constexpr mode_t permissionBits = 07777;
 
 /// A new file beside the target; gone unless it was given the target's name.
@@ -199,7 +200,8 @@ bool isNoPlaceForAnother(int error)
 }
 
 /// @return 0 or a negated errno; nothing where the file's directory does not let it be replaced
-std::optional<int> replaceByAnother(fs::path const& target, struct stat const& old, FileContents const& contents)
+std::optional<int> replaceByAnother(fs::path const& target, struct stat const& old,
+                                    FileContents const& contents)
 {
     TemporaryFile temporary(directoryOf(target), privateMode);
     int const result = temporary ? writeThroughTemporary(temporary, target, &old, contents) : -errno;
