@@ -281,11 +281,14 @@ TEST_F(MapFile, AFailedMappingClosesTheDescriptorAndKeepsItsErrno)
     std::string const path = sparseFile(128 * mebibyte - 1);
     EXPECT_EQ(inChildProcess([&] {
                   std::ptrdiff_t const before = openDescriptors();
-                  rlimit const small{64UL * mebibyte, 64UL * mebibyte};
+                  rlimit unlimited{};
+                  ::getrlimit(RLIMIT_AS, &unlimited);
+                  rlimit const small{64UL * mebibyte, unlimited.rlim_max};
                   ::setrlimit(RLIMIT_AS, &small);
                   unsigned long size = 0;
-                  void* const start = CF::map_file(path.c_str(), &size);
+                  void const* const start = CF::map_file(path.c_str(), &size);
                   int const error = errno;
+                  ::setrlimit(RLIMIT_AS, &unlimited);
                   return start == nullptr && openDescriptors() == before ? error : 0;
               }),
               ENOMEM);

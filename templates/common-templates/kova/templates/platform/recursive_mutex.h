@@ -29,8 +29,8 @@ public:
     std::int32_t lockCount() const noexcept { return m_lockCount.load(std::memory_order_relaxed); }
 
 private:
-    pthread_mutexattr_t m_attribute;
-    pthread_mutex_t m_mutex;
+    pthread_mutexattr_t m_attribute{};
+    pthread_mutex_t m_mutex{};
     std::atomic<std::int32_t> m_lockCount = 0;
 };
 
