@@ -1,4 +1,3 @@
-// The library tag as a record; its files are in ZUL_dll_files_test.cpp.
 #include "ZUL_dll.h"
 #include "bytes.h"
 #include "coverage.h"

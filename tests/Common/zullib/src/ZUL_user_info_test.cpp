@@ -2,6 +2,7 @@
 #include "bytes.h"
 #include "coverage.h"
 #include "loading.h"
+#include "throwing.h"
 #include "zul_class.h"
 
 #include <gtest/gtest.h>
@@ -232,12 +233,8 @@ TEST(UserInfoTag, InvalidTypeIsMeasuredButNotSaved)
     spoil(info);
     EXPECT_EQ(info.getSaveLength(), 144U);
     Bytes buffer = Bytes().fill(0xA5, 144);
-    try {
-        info.Save(buffer.data());
-        FAIL();
-    } catch (std::runtime_error const& error) {
-        EXPECT_STREQ(error.what(), "Tried to save a zul_user_info with an invalid type");
-    }
+    EXPECT_TRUE(throws<std::runtime_error>([&] { info.Save(buffer.data()); },
+                                           "Tried to save a zul_user_info with an invalid type"));
     Bytes const written = Bytes().u32(0x8159000).u32(144).text("spoilt", 64).u16(250).fill(0xA5, 70);
     EXPECT_EQ(buffer, written) << "header, name and type are written by then";
 }
@@ -247,12 +244,7 @@ TEST(UserInfoTag, InvalidTypeIsNotCopiedButCanBeRepaired)
     ZUL_user_info source(noContainer, "name", 5U);
     spoil(source);
     ZUL_user_info target(noContainer, "target", "text");
-    try {
-        target = source;
-        FAIL();
-    } catch (std::runtime_error const& error) {
-        EXPECT_STREQ(error.what(), "Invalid type in ZUL_user_info");
-    }
+    EXPECT_TRUE(throws<std::runtime_error>([&] { target = source; }, "Invalid type in ZUL_user_info"));
     EXPECT_THROW(ZUL_user_info{source}, std::runtime_error);
     EXPECT_THROW(ZUL_user_info{&std::as_const(source)}, std::runtime_error);
     auto const& alias = source;

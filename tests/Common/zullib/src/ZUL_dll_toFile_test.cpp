@@ -1,8 +1,8 @@
-// Libraries taken from files and written to files.
 #include "ZUL_dll.h"
 #include "bytes.h"
 #include "child_process.h"
 #include "files.h"
+#include "libraries.h"
 #include "throwing.h"
 #include "zlib_failure.h"
 
@@ -10,10 +10,9 @@
 #include <zlib.h>
 
 #include <cerrno>
-#include <fcntl.h>
 #include <filesystem>
-#include <fstream>
 #include <new>
+#include <stdexcept>
 #include <string>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -21,31 +20,6 @@
 namespace {
 
 constexpr ZUL* noContainer = nullptr;
-constexpr zul_opsys anySystem{7};
-
-/// Bytes that do not compress.
-Bytes noise(std::size_t count, std::uint32_t state = 1)
-{
-    Bytes bytes;
-    for (std::size_t i = 0; i < count; ++i) {
-        state = state * 1664525 + 1013904223;
-        bytes.u8(state >> 24);
-    }
-    return bytes;
-}
-
-Bytes deflated(Bytes const& bytes)
-{
-    uLongf length = compressBound(bytes.size());
-    std::vector<Bytef> stream(length);
-    compress(stream.data(), &length, reinterpret_cast<Bytef const*>(bytes.data()), bytes.size());
-    return Bytes().chars({reinterpret_cast<char const*>(stream.data()), length});
-}
-
-Bytes storedIn(ZUL_dll const& library)
-{
-    return Bytes().chars({static_cast<char const*>(library.getLib()), library.getLibLength()});
-}
 
 /// A library tag that was read from a container.
 class Library {
@@ -81,191 +55,6 @@ Library rawLibrary(Bytes const& contents, std::string_view name = "x")
 Library compressedLibrary(Bytes const& contents, std::string_view name = "x")
 {
     return {name, true, deflated(contents)};
-}
-
-class LibraryFiles : public testing::Test {
-protected:
-    char const* dir() const { return m_directory.path(); }
-    std::string in(std::string const& name) const { return m_directory / name; }
-    bool isEmpty() const { return std::filesystem::is_empty(dir()); }
-
-private:
-    TemporaryDirectory m_directory;
-};
-
-using SetLib = LibraryFiles;
-
-TEST_F(SetLib, CompressesWhatGetsMuchSmaller)
-{
-    Bytes const contents = Bytes().fill('z', 10'000);
-    writeFile(in("lib"), contents);
-    ZUL_dll library(noContainer);
-    library.setName("kept");
-    EXPECT_EQ(library.setLib(in("lib").c_str(), anySystem), 0);
-    EXPECT_TRUE(library.isCompressed());
-    EXPECT_EQ(storedIn(library), deflated(contents));
-    EXPECT_EQ(library.getSystem(), anySystem);
-    EXPECT_STREQ(library.getName(), "kept");
-}
-
-TEST_F(SetLib, StoresWhatHardlyGetsSmaller)
-{
-    Bytes const contents = noise(9'945).zeros(55);
-    ASSERT_LT(deflated(contents).size(), 10'000U);
-    ASSERT_GT(deflated(contents).size(), 9'950U);
-    writeFile(in("lib"), contents);
-    ZUL_dll library(noContainer);
-    EXPECT_EQ(library.setLib(in("lib").c_str(), anySystem), 0);
-    EXPECT_FALSE(library.isCompressed());
-    EXPECT_EQ(storedIn(library), contents);
-}
-
-TEST_F(SetLib, SavingExactly100BytesIsNotEnough)
-{
-    // Every further repeated byte saves about one byte: somewhere on the way it is 100, and then 101.
-    ZUL_dll library(noContainer);
-    bool seen100 = false;
-    bool seen101 = false;
-    for (std::size_t repeated = 90; repeated < 260; ++repeated) {
-        Bytes const contents = noise(1'000).zeros(repeated);
-        std::size_t const saved = contents.size() - std::min(contents.size(), deflated(contents).size());
-        writeFile(in("lib"), contents);
-        ASSERT_EQ(library.setLib(in("lib").c_str(), anySystem), 0);
-        EXPECT_EQ(library.isCompressed(), saved > 100) << saved;
-        seen100 = seen100 || saved == 100;
-        seen101 = seen101 || saved == 101;
-    }
-    EXPECT_TRUE(seen100);
-    EXPECT_TRUE(seen101);
-}
-
-TEST_F(SetLib, FewerThan100BytesAreAlwaysCompressed)
-{
-    for (std::size_t const size : {1U, 50U, 99U}) {
-        Bytes const contents = noise(size);
-        writeFile(in("lib"), contents);
-        ZUL_dll library(noContainer);
-        EXPECT_EQ(library.setLib(in("lib").c_str(), anySystem), 0);
-        EXPECT_TRUE(library.isCompressed()) << size;
-        EXPECT_GT(library.getLibLength(), size) << "although that is longer";
-        EXPECT_EQ(storedIn(library), deflated(contents));
-    }
-    for (std::size_t const size : {100U, 101U}) {
-        writeFile(in("lib"), Bytes().zeros(size));
-        ZUL_dll library(noContainer);
-        EXPECT_EQ(library.setLib(in("lib").c_str(), anySystem), 0);
-        EXPECT_FALSE(library.isCompressed()) << size;
-        EXPECT_EQ(storedIn(library), Bytes().zeros(size));
-    }
-}
-
-TEST_F(SetLib, RawReplacesCompressedAndBack)
-{
-    writeFile(in("raw"), noise(1'000));
-    writeFile(in("zeros"), Bytes().zeros(1'000));
-    ZUL_dll library(noContainer);
-    EXPECT_EQ(library.setLib(in("zeros").c_str(), anySystem), 0);
-    EXPECT_TRUE(library.isCompressed());
-    EXPECT_EQ(library.setLib(in("raw").c_str(), zul_opsys{8}), 0);
-    EXPECT_FALSE(library.isCompressed());
-    EXPECT_EQ(storedIn(library), noise(1'000));
-    EXPECT_EQ(library.getSystem(), zul_opsys{8});
-    EXPECT_EQ(library.setLib(in("zeros").c_str(), anySystem), 0);
-    EXPECT_TRUE(library.isCompressed());
-}
-
-/// A library with contents of its own, to see that a failure leaves them.
-ZUL_dll filledLibrary()
-{
-    ZUL_dll library(noContainer);
-    library.setName("kept");
-    library.setSystem(zul_opsys{3});
-    library.setData("contents", 8);
-    return library;
-}
-
-void expectUnchanged(ZUL_dll const& library)
-{
-    EXPECT_STREQ(library.getName(), "kept");
-    EXPECT_EQ(library.getSystem(), zul_opsys{3});
-    EXPECT_FALSE(library.isCompressed());
-    EXPECT_EQ(storedIn(library), Bytes().chars("contents"));
-}
-
-TEST_F(SetLib, FileThatCannotBeMappedGivesItsErrno)
-{
-    ZUL_dll library = filledLibrary();
-    EXPECT_EQ(library.setLib(in("missing").c_str(), anySystem), -ENOENT);
-    EXPECT_EQ(library.setLib(dir(), anySystem), -EISDIR);
-    writeFile(in("empty"), Bytes());
-    EXPECT_EQ(library.setLib(in("empty").c_str(), anySystem), -EINVAL);
-    EXPECT_EQ(library.setLib(nullptr, anySystem), -EINVAL);
-    expectUnchanged(library);
-}
-
-TEST_F(SetLib, UnreadableFileIsRefused)
-{
-    writeFile(in("secret"), Bytes().chars("secret"));
-    ASSERT_EQ(chmod(in("secret").c_str(), 0), 0);
-    ASSERT_EQ(chmod(dir(), 0755), 0);
-    EXPECT_EQ(asOrdinaryUser([this] { return filledLibrary().setLib(in("secret").c_str(), anySystem); }),
-              -EACCES);
-}
-
-TEST_F(SetLib, FileThatAMappingWouldCutIsRefused)
-{
-    constexpr off_t mappable = 0x7FFFFFF;
-    ZUL_dll library = filledLibrary();
-    std::ofstream(in("sparse")).put('x');
-    for (off_t const size :
-         {mappable + 1, mappable + 2, off_t{200} << 20, off_t{0x7FFFFFFF}, off_t{0x80000001}}) {
-        ASSERT_EQ(truncate(in("sparse").c_str(), size), 0);
-        EXPECT_EQ(library.setLib(in("sparse").c_str(), anySystem), -EFBIG) << size;
-    }
-    expectUnchanged(library);
-    ASSERT_EQ(truncate(in("sparse").c_str(), mappable), 0);
-    EXPECT_EQ(library.setLib(in("sparse").c_str(), anySystem), 0);
-    EXPECT_TRUE(library.isCompressed());
-}
-
-TEST_F(SetLib, MissingMemoryIsThrownAndLeavesTheTag)
-{
-    writeFile(in("lib"), Bytes().zeros(1'000));
-    ZUL_dll library = filledLibrary();
-    for (int const result : {Z_MEM_ERROR, Z_BUF_ERROR, Z_STREAM_ERROR}) {
-        ZlibFailure const failure(ZlibFailure::Of::Compress, result);
-        EXPECT_THROW(library.setLib(in("lib").c_str(), anySystem), std::bad_alloc);
-    }
-    ZlibFailure const failure(ZlibFailure::Of::CompressBound);
-    EXPECT_THROW(library.setLib(in("lib").c_str(), anySystem), std::bad_alloc);
-    expectUnchanged(library);
-}
-
-TEST_F(SetLib, NothingStaysMapped)
-{
-    writeFile(in("lib"), noise(5'000));
-    ZUL_dll library(noContainer);
-    ASSERT_EQ(library.setLib(in("lib").c_str(), anySystem), 0);
-    {
-        ZlibFailure const failure(ZlibFailure::Of::Compress, Z_MEM_ERROR);
-        EXPECT_THROW(library.setLib(in("lib").c_str(), anySystem), std::bad_alloc);
-    }
-    std::ifstream maps("/proc/self/maps");
-    std::string const all(std::istreambuf_iterator<char>(maps), {});
-    EXPECT_EQ(all.find(in("lib")), std::string::npos);
-}
-
-TEST_F(SetLib, ComesBackThroughToFile)
-{
-    for (Bytes const& contents :
-         {noise(50), noise(5'000), Bytes().zeros(500'000), noise(100'000).zeros(300'000)}) {
-        writeFile(in("source"), contents);
-        ZUL_dll library(noContainer);
-        library.setName("copy");
-        ASSERT_EQ(library.setLib(in("source").c_str(), anySystem), 0);
-        ASSERT_EQ(library.toFile(dir(), ZUL_dll::replace), 0);
-        EXPECT_TRUE(readFile(in("libcopy.dylib")) == contents);
-    }
 }
 
 using ToFile = LibraryFiles;
