@@ -23,10 +23,9 @@ bool isReferable(std::uint32_t id)
 /// A copy of a tag whose class is not the format's own: its bytes.
 std::unique_ptr<ZUL_tag> copyAsBytes(ZUL* parent, ZUL_tag& tag)
 {
-    std::vector<std::byte> bytes(tag.getSaveLength());
-    tag.Save(bytes.data());
     auto copy = std::make_unique<ZUL_binary_data>(parent, tag.getTagId());
-    if (!bytes.empty()) {
+    if (std::vector<std::byte> bytes(tag.getSaveLength()); !bytes.empty()) {
+        tag.Save(bytes.data());
         copy->Load(bytes.data(), bytes.size());
     }
     return copy;

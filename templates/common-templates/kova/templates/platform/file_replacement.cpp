@@ -11,6 +11,7 @@
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 namespace kova::templates::platform {
@@ -20,14 +21,24 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr mode_t newFileMode = 0644;
-constexpr mode_t privateMode =
-    0600; // until the old file's mode is taken over, nobody else may read the new one
+constexpr mode_t privateMode = 0600; // nobody else may read a file that is to get the old one's mode
 constexpr mode_t permissionBits = 07777;
+
+void syncDirectory(fs::path const& directory)
+{
+    Descriptor const opened(::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (opened) {
+        ::fsync(opened.get()); // not every file system can; the rename stands all the same
+    }
+}
 
 /// A new file beside the target; gone unless it was given the target's name.
 class TemporaryFile {
 public:
-    TemporaryFile(fs::path const& directory, mode_t mode) : m_file(openNew(directory, mode, m_path)) {}
+    TemporaryFile(fs::path directory, mode_t mode)
+        : m_directory(std::move(directory)), m_file(openNew(m_directory, mode, m_path))
+    {
+    }
     TemporaryFile(TemporaryFile const&) = delete;
     TemporaryFile& operator=(TemporaryFile const&) = delete;
     ~TemporaryFile()
@@ -40,12 +51,14 @@ public:
     explicit operator bool() const noexcept { return static_cast<bool>(m_file); }
     int fd() const noexcept { return m_file.get(); }
 
-    int renameTo(fs::path const& target)
+    /// From the moment of the renaming on, nothing can fail any more. @return 0 or a negated errno
+    int renameTo(fs::path const& target) noexcept
     {
         if (::rename(m_path.c_str(), target.c_str()) != 0) {
             return -errno;
         }
         m_renamed = true;
+        syncDirectory(m_directory);
         return 0;
     }
 
@@ -62,6 +75,7 @@ private:
         return fd;
     }
 
+    fs::path m_directory;
     fs::path m_path;
     Descriptor m_file;
     bool m_renamed = false;
@@ -81,14 +95,6 @@ fs::path followLinks(fs::path path)
 fs::path directoryOf(fs::path const& path)
 {
     return path.has_parent_path() ? path.parent_path() : fs::path(".");
-}
-
-void syncDirectory(fs::path const& directory)
-{
-    Descriptor const opened(::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (opened) {
-        ::fsync(opened.get()); // not every file system can; the rename stands all the same
-    }
 }
 
 /// Takes owner and mode of the old file over, as far as this user may.
@@ -140,11 +146,7 @@ int writeThroughTemporary(TemporaryFile& temporary, fs::path const& target, stru
     if (::fsync(temporary.fd()) != 0) {
         return -errno;
     }
-    int const renamed = temporary.renameTo(target);
-    if (renamed == 0) {
-        syncDirectory(directoryOf(target));
-    }
-    return renamed;
+    return temporary.renameTo(target);
 }
 
 int writeAll(int fd, std::vector<std::byte> const& image)
