@@ -57,16 +57,29 @@ std::string processText(Process const& process)
            std::to_string(process.clock);
 }
 
-std::string countsText(Overview const& overview)
+/// Lines of counts, none longer than a screen is wide.
+std::vector<std::string> countLines(Overview const& overview)
 {
-    std::string text;
+    constexpr std::size_t widest = 68;
+    std::vector<std::string> lines(1);
     for (Counter const& counter : counters()) {
         std::size_t const count = overview.count(counter.ids);
-        if (count != 0) {
-            text += (text.empty() ? "" : ", ") + counted(count, counter.one, counter.many);
+        if (count == 0) {
+            continue;
         }
+        std::string const text = counted(count, counter.one, counter.many);
+        if (!lines.back().empty()) {
+            lines.back() += ',';
+        }
+        if (lines.back().size() + text.size() >= widest) {
+            lines.emplace_back();
+        }
+        lines.back() += (lines.back().empty() ? "" : " ") + text;
     }
-    return text.empty() ? "nothing" : text;
+    if (lines.back().empty()) {
+        lines.back() = "nothing";
+    }
+    return lines;
 }
 
 class Screen {
@@ -86,7 +99,11 @@ public:
         list("configurations", overview.configurations, configurationText);
         list("libraries", overview.libraries, libraryText);
         list("processes", overview.processes, processText);
-        line("counts", countsText(overview));
+        std::string_view label = "counts";
+        for (std::string const& text : countLines(overview)) {
+            line(label, text);
+            label = "";
+        }
     }
 
 private:
@@ -123,7 +140,7 @@ void showDesign(Session& session, std::string const& path, JsonObjectWriter* jso
     }
     if (!load.loads()) {
         warn(session, container.file.name() + ": loads: " + load.text());
-        session.result = std::max(session.result, ExitCode::Finding);
+        session.result = std::max(session.result, ExitCode::Damaged);
     }
     reportDamage(session, container.file.name(), container.walk);
 }

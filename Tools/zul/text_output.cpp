@@ -49,8 +49,6 @@ std::string escaped(std::string_view text)
         std::string_view const bytes = text.substr(0, std::max<std::size_t>(character.length, 1));
         if (character.length == 0 || !isHarmless(character.codePoint)) {
             result += escapedBytes(bytes);
-        } else if (bytes == "\\") {
-            result += "\\\\";
         } else {
             result += bytes;
         }

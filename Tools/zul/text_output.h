@@ -10,7 +10,7 @@
 struct Session;
 
 /// @p text, harmless on a terminal: control characters, what is no UTF-8 and characters that change the direction of
-/// writing are shown as \xNN for each of their bytes, a backslash as two.
+/// writing are shown as \xNN for each of their bytes. A backslash stays one: names of modules are full of them.
 std::string escaped(std::string_view text);
 /// 'text', escaped.
 std::string asQuoted(std::string_view text);
