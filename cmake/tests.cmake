@@ -22,6 +22,8 @@ endfunction()
 
 zul_test_program(platform_tests templates)
 zul_test_program(zullib_tests Common/zullib)
+# A program of its own: its operator new can be made to fail.
+zul_test_program(allocation_tests Common/zullib_allocations ${CMAKE_DL_LIBS})
 if(TARGET zulrt_static)
     zul_test_program(zulrt_tests Runtime/zulrt zulrt_static)
     if(TARGET zulrt_tests)

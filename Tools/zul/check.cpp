@@ -64,9 +64,11 @@ std::string loadText(CheckedFile const& checked, Load const& load)
             "yes, with " + counted(load.tags, "tag") + " and " + counted(load.configs, "configuration");
         return outcome.printed.empty() ? text : text + ", after printing errors";
     }
+    if (checked.walk.end == WalkEnd::NoContainer) {
+        return "no: not a container, result " + std::to_string(outcome.result);
+    }
     if (!outcome.exceptionClass.empty() || &load == &checked.strict) {
-        bool const isContainer = checked.walk.end != WalkEnd::NoContainer;
-        return isContainer ? outcome.text() : "no: not a container, result " + std::to_string(outcome.result);
+        return outcome.text();
     }
     return "no: no tag can be read, result " + std::to_string(outcome.result);
 }

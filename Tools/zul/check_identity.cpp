@@ -37,10 +37,10 @@ private:
             m_findings.add(Rule::NoContainerId, placeOf(tag, fields, "info"), "a text as its value", "none");
         } else if (id == "__INVALID_ZUL_ID__") {
             m_findings.add(Rule::PlaceholderId, placeOf(tag, fields, "text value"), "an id of its own",
-                           quoted(id));
+                           inQuotes(id));
         } else if (id.find('/') != std::string_view::npos || id.find("..") != std::string_view::npos) {
             m_findings.add(Rule::UnsafeId, placeOf(tag, fields, "text value"), "no '/' and no '..'",
-                           quoted(id));
+                           inQuotes(id));
         }
     }
 
@@ -54,10 +54,10 @@ private:
             version.size() < codeEnd ? "" : version.substr(codeBegin, codeEnd - codeBegin);
         if (code.empty() || code.find_first_not_of("0123456789abcdef") != std::string_view::npos) {
             m_findings.add(Rule::NoBoardCode, placeOf(tag, fields, "version"),
-                           "two digits of 0 to 9 and a to f as fifth and sixth character", quoted(version));
+                           "two digits of 0 to 9 and a to f as fifth and sixth character", inQuotes(version));
         } else if (code != "00" && code != "01" && code != "02" && code != "04") {
             m_findings.add(Rule::UnknownBoardCode, placeOf(tag, fields, "version"), "00, 01, 02 or 04",
-                           quoted(code));
+                           inQuotes(code));
         }
     }
 

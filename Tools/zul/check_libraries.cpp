@@ -55,12 +55,12 @@ private:
         std::string_view const name = fields.text("name");
         if (name.find('/') != std::string_view::npos || name.find("..") != std::string_view::npos) {
             m_findings.add(Rule::UnsafeLibraryName, placeOf(tag, fields, "name"), "no '/' and no '..'",
-                           quoted(name));
+                           inQuotes(name));
         }
         // A library without a name equals no other.
         if (!name.empty() && !m_known.insert({name, fields.word("system")}).second) {
             m_findings.add(Rule::LibraryTwice, placeOf(tag, fields, "name"), "a name and system of its own",
-                           quoted(name) + " for system " + std::to_string(fields.word("system")));
+                           inQuotes(name) + " for system " + std::to_string(fields.word("system")));
         }
     }
 

@@ -100,10 +100,10 @@ private:
         auto const module = m_fullNames.find(link.module);
         if (module == m_fullNames.end()) {
             m_findings.add(Rule::LinkModuleUnknown, link.modulePlace, "the full name of a module",
-                           quoted(link.module));
+                           inQuotes(link.module));
         } else if (!link.parameter.empty() && !m_members[module->second].names.contains(link.parameter)) {
             m_findings.add(Rule::LinkParameterUnknown, link.parameterPlace,
-                           "the name of a parameter of " + quoted(link.module), quoted(link.parameter));
+                           "the name of a parameter of " + inQuotes(link.module), inQuotes(link.parameter));
         }
     }
 

@@ -112,7 +112,7 @@ public:
             bool const isKnown = each.name->reg != nullptr;
             m_findings.add(isKnown ? Rule::ReferenceBeforeTarget : Rule::ReferenceToNothing, each.place,
                            "the name of an earlier register",
-                           quoted(each.text) +
+                           inQuotes(each.text) +
                                (isKnown ? ", which is tag " + std::to_string(each.name->reg->tag) : ""));
         }
     }
@@ -147,7 +147,7 @@ private:
         Name& name = m_names.at(fields.text("name"));
         if (name.reg != nullptr) {
             m_findings.add(Rule::RegisterNameTwice, placeOf(tag, fields, "name"), "a name of its own",
-                           quoted(fields.text("name")) + ", which leads to tag " +
+                           inQuotes(fields.text("name")) + ", which leads to tag " +
                                std::to_string(name.reg->tag));
         } else {
             NameTable::define(name, m_registers.emplace_back(propertiesOf(tag, fields)));
@@ -169,11 +169,11 @@ private:
         link.refused = link.target->target != nullptr;
         if (link.refused) {
             m_findings.add(Rule::LinkToEarlierAlias, link.targetPlace, "a register or a later alias",
-                           quoted(target));
+                           inQuotes(target));
         }
         if (link.alias == nullptr) {
             m_findings.add(Rule::LinkWithoutAlias, placeOf(tag, fields, "alias"), "an alias", "none");
-        } else {
+        } else if (!target.empty()) { // an empty target is none, although a register's name may be empty
             NameTable::link(*link.alias, *link.target);
         }
         m_links.push_back(link);
@@ -200,10 +200,10 @@ private:
             return;
         } else if (link.alias != nullptr && NameTable::isInCircle(*link.alias)) {
             m_findings.add(Rule::LinkInCircle, link.targetPlace, "a name that leads to a register",
-                           quoted(link.targetText));
+                           inQuotes(link.targetText));
         } else {
             m_findings.add(Rule::LinkToNothing, link.targetPlace, "a name that leads to a register",
-                           link.targetText.empty() ? "none" : quoted(link.targetText));
+                           link.targetText.empty() ? "none" : inQuotes(link.targetText));
         }
     }
 

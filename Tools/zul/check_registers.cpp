@@ -107,7 +107,7 @@ private:
         Range const& later = oneIsLater ? one : two;
         Range const& earlier = oneIsLater ? two : one;
         m_findings.add(Rule::OverlappingBits, later.place,
-                       "no bits in common with " + quoted(earlier.name) + " (tag " +
+                       "no bits in common with " + inQuotes(earlier.name) + " (tag " +
                            std::to_string(earlier.place.tag) + ", bits " + shown(earlier.bits) + ")",
                        "bits " + shown(later.bits));
     }

@@ -161,8 +161,7 @@ void checkRest(Walk const& walk, Findings& findings)
         std::all_of(rest.begin(), rest.end(), [](std::byte b) { return b == std::byte{0}; });
     if (!rest.empty()) {
         findings.add(isPadding ? Rule::Padding : Rule::IgnoredBytes,
-                     headPlace(walk.endOffset, "end of the file"), "nothing",
-                     std::to_string(rest.size()) + " bytes");
+                     headPlace(walk.endOffset, "end of the file"), "nothing", counted(rest.size(), "byte"));
     }
 }
 

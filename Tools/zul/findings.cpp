@@ -71,7 +71,7 @@ std::vector<Finding> Findings::take()
     return std::exchange(m_findings, {});
 }
 
-std::string quoted(std::string_view text)
+std::string inQuotes(std::string_view text)
 {
     // One text may be named by many findings: what is said about it must not grow with both.
     constexpr std::size_t longest = 100;

@@ -129,4 +129,4 @@ private:
 };
 
 /// 'text', with all its bytes, cut after 100 of them
-std::string quoted(std::string_view text);
+std::string inQuotes(std::string_view text);

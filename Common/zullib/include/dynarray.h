@@ -43,12 +43,10 @@ public:
     /// Add for an element that cannot be in the array yet: leaves the search for it out.
     void addNew(T* element)
     {
-        if (m_count == m_list.size()) {
-            m_list.push_back(element);
-        } else {
-            m_list[m_count] = element;
+        if (m_count >= m_list.size()) {
+            m_list.resize(std::size_t{m_count} + 1);
         }
-        ++m_count;
+        m_list[m_count++] = element;
         m_capacity = std::max(m_capacity, m_count);
     }
 
@@ -58,7 +56,6 @@ public:
     {
         if (capacity < m_list.size()) {
             m_list.resize(capacity);
-            m_list.shrink_to_fit();
         }
         m_capacity = capacity;
     }

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstddef>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -16,15 +15,16 @@ public:
     void set(char const* src, std::size_t width);
 
     /// The terminated text, null when there is none; valid until the next change.
-    char const* get() const noexcept { return m_text ? m_text->c_str() : nullptr; }
+    char const* get() const noexcept { return m_isSet ? m_text.c_str() : nullptr; }
     /// The text without terminator, empty when there is none; valid until the next change.
-    std::string_view view() const noexcept { return m_text ? std::string_view(*m_text) : std::string_view(); }
-    std::size_t length() const noexcept { return view().size(); }
+    std::string_view view() const noexcept { return m_text; }
+    std::size_t length() const noexcept { return m_text.size(); }
     /// The characters and their terminator; 0 when there is no text.
-    std::size_t sizeWithTerminator() const noexcept { return m_text ? m_text->size() + 1 : 0; }
-    bool empty() const noexcept { return view().empty(); }
-    explicit operator bool() const noexcept { return m_text.has_value(); }
+    std::size_t sizeWithTerminator() const noexcept { return m_isSet ? m_text.size() + 1 : 0; }
+    bool empty() const noexcept { return m_text.empty(); }
+    explicit operator bool() const noexcept { return m_isSet; }
 
 private:
-    std::optional<std::string> m_text; // short ones lie within the tag
+    std::string m_text; // empty when there is none; short ones lie within the tag
+    bool m_isSet = false;
 };

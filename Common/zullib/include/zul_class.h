@@ -38,8 +38,11 @@ enum ZULRegisterPolicy : std::uint32_t {};
 class ZUL {
 public:
     ZUL();
-    /// An exact copy: every tag in place, references pointing at the copies. Payloads are copied.
-    /// @throws std::bad_alloc, or what measuring a tag throws that is not of a kind of the format
+    /// Every tag in place, references to tags of @p other pointing at their copies. Payloads are copied; the counts
+    /// that a module was loaded with are not. A tag that is not of a kind of the format becomes a ZUL_binary_data with
+    /// the bytes that it saves.
+    /// @throws std::bad_alloc; what assigning a ZUL_param throws; what measuring and saving a tag that is not of a
+    ///         kind of the format throws. Assignment leaves this container as it was then.
     ZUL(ZUL const& other);
     ZUL& operator=(ZUL const& other);
     ~ZUL();

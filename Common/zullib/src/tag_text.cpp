@@ -9,11 +9,11 @@ void TagText::set(char const* src)
 
 void TagText::set(char const* src, std::size_t width)
 {
-    if (src == nullptr || width == 0) {
-        m_text.reset();
-    } else if (m_text) {
-        m_text->assign(src, strnlen(src, width)); // src may be a part of the text itself
+    bool const isSet = src != nullptr && width != 0;
+    if (isSet) {
+        m_text.assign(src, strnlen(src, width)); // src may be a part of the text itself
     } else {
-        m_text.emplace(src, strnlen(src, width));
+        m_text = std::string();
     }
+    m_isSet = isSet;
 }

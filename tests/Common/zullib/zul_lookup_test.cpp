@@ -3,6 +3,11 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <string>
+#include <thread>
+#include <vector>
+
 namespace {
 
 constexpr ZUL* noContainer = nullptr;
@@ -181,6 +186,40 @@ TEST(UserInfoLookup, FindsTheFirstWithTheNameAndFollowsEveryEdit)
     EXPECT_EQ(zul.findUserInfo("name"), first);
     zul.removeTags(ZUL_user_info::tag_id);
     EXPECT_EQ(zul.findUserInfo("name"), nullptr);
+}
+
+TEST(Lookups, OfSeveralReadersAtOnceAgree)
+{
+    ZUL zul;
+    for (unsigned i = 0; i < 50; ++i) {
+        std::string const name = std::to_string(i);
+        add(zul, new ZUL_register(nullptr, name.c_str(), i % 2 == 0));
+        add(zul, new ZUL_register_link(nullptr, ("alias" + name).c_str(), name.c_str()));
+        add(zul, new ZUL_process(nullptr, i, nullptr));
+        add(zul, new ZUL_user_info(nullptr, name.c_str(), i));
+    }
+    addModule(zul, 7);
+    std::atomic<unsigned> wrong = 0;
+    auto const read = [&] {
+        for (unsigned i = 0; i < 50; ++i) { // the first question of each kind builds an index
+            std::string const name = std::to_string(i);
+            ZUL_register const* const reg = zul.findRegister(name.c_str());
+            bool const right = reg != nullptr && zul.findRegister(("alias" + name).c_str()) == reg &&
+                               zul.getRegisterAt(zul.getRegisterByName(name.c_str())) == reg &&
+                               zul.getProcessAt(i)->getId() == i &&
+                               zul.findUserInfo(name.c_str())->getInfoValue() == i &&
+                               zul.getModuleAt(7) != nullptr;
+            wrong += right ? 0 : 1;
+        }
+    };
+    std::vector<std::thread> readers;
+    for (unsigned i = 0; i < 4; ++i) {
+        readers.emplace_back(read);
+    }
+    for (std::thread& reader : readers) {
+        reader.join();
+    }
+    EXPECT_EQ(wrong, 0U);
 }
 
 TEST(RegisterPolicy, IsZeroAtFirstAndStaysAsSet)

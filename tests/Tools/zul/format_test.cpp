@@ -15,7 +15,7 @@ std::string documented()
 
 TEST(Format, DocumentIsWhatTheProgramPrints)
 {
-    Run const run = runZul({"format", "--markdown"});
+    ProgramRun const run = runZul({"format", "--markdown"});
     EXPECT_EQ(run.code, ExitCode::Clean);
     EXPECT_EQ(run.out, documented());
 }

@@ -120,3 +120,26 @@ TEST(RegisterTag, ContainerCountsARegisterThatChangedItsLayout)
     EXPECT_EQ(zul.getTagCount(oldId), 1U);
     EXPECT_EQ(zul.getTagCount(newId), 0U);
 }
+
+TEST(RegisterTag, ContainerThatIsAskedWhileARegisterIsAssignedIsNotLeftBehind)
+{
+    class Asking : public ZUL_register {
+    public:
+        using ZUL_register::operator=;
+        explicit Asking(ZUL& zul) : ZUL_register(&zul, "r", false), m_zul(zul) {}
+        void setName(char const* name) override
+        {
+            ZUL_register::setName(name);
+            static_cast<void>(m_zul.getTagCount(oldId));
+        }
+
+    private:
+        ZUL& m_zul;
+    };
+    ZUL zul;
+    auto* const reg = new Asking(zul);
+    zul.AddTag(reg);
+    *reg = ZUL_register(noContainer, "old", true);
+    EXPECT_EQ(zul.getTagCount(oldId), 1U);
+    EXPECT_EQ(zul.getTagCount(newId), 0U);
+}

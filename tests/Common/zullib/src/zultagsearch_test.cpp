@@ -231,6 +231,20 @@ TEST_F(TagSearch, InvalidatedListLeavesBeforeTheOthers)
     EXPECT_EQ(m_search.count(5), 1U);
 }
 
+TEST_F(TagSearch, ForgottenListDoesNotHideTheOnesUnusedForLonger)
+{
+    for (std::uint32_t id = 1; id <= 6; ++id) {
+        m_search.count(id);
+    }
+    m_search.invalidate(5);
+    for (std::uint32_t id = 1; id <= 6; ++id) {
+        add(id);
+    }
+    for (std::uint32_t const id : {1U, 2U, 3U, 4U, 6U}) {
+        EXPECT_EQ(m_search.count(id), 0U) << id << " keeps its list";
+    }
+}
+
 TEST_F(TagSearch, OneIdNeverHasTwoLists)
 {
     for (std::uint32_t id = 1; id <= 6; ++id) {
