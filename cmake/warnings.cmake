@@ -14,8 +14,3 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
     # GoogleTest's typed and parameterised suites leave the last macro argument out.
     add_compile_options(-Wno-gnu-zero-variadic-macro-arguments)
 endif()
-if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-    # This version sees an optional text that is empty as one that is read; the sanitizers and clang-tidy look for the
-    # real ones.
-    add_compile_options(-Wno-maybe-uninitialized)
-endif()
