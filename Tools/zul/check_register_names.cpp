@@ -198,7 +198,8 @@ private:
             compare(link.writablePlace, link.properties.writable, reg->writable, reg->tag);
         } else if (link.refused) {
             return;
-        } else if (link.alias != nullptr && NameTable::isInCircle(*link.alias)) {
+        } else if (link.alias != nullptr && link.alias->target == link.target &&
+                   NameTable::isInCircle(*link.alias)) {
             m_findings.add(Rule::LinkInCircle, link.targetPlace, "a name that leads to a register",
                            inQuotes(link.targetText));
         } else {

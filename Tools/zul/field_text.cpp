@@ -42,7 +42,7 @@ bool isFiller(FieldKind kind) noexcept
 
 std::string realText(double number)
 {
-    std::array<char, 40> text;
+    std::array<char, 40> text{};
     auto const end = std::to_chars(text.data(), text.data() + text.size(), number).ptr;
     return {text.data(), end};
 }

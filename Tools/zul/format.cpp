@@ -145,6 +145,7 @@ std::vector<FormatRow> rowsOf(TagKind const& kind)
         }
     }
     std::vector<FormatRow> rows;
+    rows.reserve(fixed.size() + tails.size());
     for (auto const& [offset, row] : fixed) {
         rows.push_back(row);
     }

@@ -41,9 +41,9 @@ public:
     {
         flush();
         std::string text;
-        std::array<char, 4096> part;
+        std::array<char, 4096> part{};
         off_t offset = 0;
-        for (ssize_t count; (count = pread(m_captured, part.data(), part.size(), offset)) > 0;
+        for (ssize_t count = 0; (count = pread(m_captured, part.data(), part.size(), offset)) > 0;
              offset += count) {
             text.append(part.data(), static_cast<std::size_t>(count));
         }
@@ -56,7 +56,7 @@ private:
         std::cout.flush();
         std::fflush(stdout);
     }
-    void restore() noexcept
+    void restore() const noexcept
     {
         std::fflush(stdout);
         if (m_saved >= 0) {

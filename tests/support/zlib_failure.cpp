@@ -1,6 +1,5 @@
 #include "zlib_failure.h"
 
-#include <cstdint>
 #include <dlfcn.h>
 #include <zlib.h>
 
@@ -30,12 +29,6 @@ ZlibFailure::~ZlibFailure()
 }
 
 extern "C" {
-
-uLong compressBound(uLong length)
-{
-    return failing == ZlibFailure::Of::CompressBound ? SIZE_MAX
-                                                     : real(&compressBound, "compressBound")(length);
-}
 
 int compress(Bytef* to, uLongf* toLength, Bytef const* from, uLong length)
 {

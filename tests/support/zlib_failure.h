@@ -6,10 +6,10 @@
 /// so it needs zlib as a shared library.
 class ZlibFailure {
 public:
-    enum class Of { None, CompressBound, Compress, InflateInit, Inflate };
+    enum class Of { None, Compress, InflateInit, Inflate };
 
-    /// @param result what the function returns; compressBound returns more than any memory has
-    explicit ZlibFailure(Of function, int result = 0) noexcept;
+    /// @param result what the function returns
+    ZlibFailure(Of function, int result) noexcept;
     ~ZlibFailure();
     ZlibFailure(ZlibFailure const&) = delete;
     ZlibFailure& operator=(ZlibFailure const&) = delete;

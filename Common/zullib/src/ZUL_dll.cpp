@@ -11,9 +11,12 @@
 #include <cstdio>
 #include <memory>
 #include <new>
+#include <span>
 #include <stdexcept>
+#include <string_view>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 #include <zlib.h>
 
 namespace {
