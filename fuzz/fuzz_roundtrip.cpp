@@ -35,7 +35,8 @@ bool holdsUnknownTag(ZUL& zul, std::uint8_t const* data, std::size_t size)
         std::uint32_t length = 0;
         std::memcpy(&id, data + offset, sizeof id);
         std::memcpy(&length, data + offset + 4, sizeof length);
-        if (dynamic_cast<ZUL_binary_data*>(zul.getTagAt(id, 0)) != nullptr) {
+        if (id == 0 ||
+            dynamic_cast<ZUL_binary_data*>(zul.getTagAt(id, 0)) != nullptr) { // id 0 is never found
             return true;
         }
         offset += length;
