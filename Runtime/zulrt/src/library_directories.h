@@ -30,6 +30,9 @@ int delete_dir(char const* dir);
 /// @return 0
 int delete_old_dirs();
 
+/// Whether @p id is "__INVALID_ZUL_ID__", which every design gets that is saved without an id.
+bool isSharedId(char const* id) noexcept;
+
 /// The name of the cache directory in "/tmp/", or null for an @p id that has none: null, empty, or with a '/'.
 /// @throws std::bad_alloc
 std::unique_ptr<char[]> nameOfCacheDirectory(char const* id);

@@ -31,17 +31,20 @@ public:
     int unpack(ZUL const& zul, unsigned opsys);
 
     /// Null when none is held; valid until the next call of replace() or unpack().
-    char const* path() const noexcept { return m_path.get(); }
+    char const* path() const noexcept { return m_held.path.get(); }
     /// Whether the held directory is the shared cache.
-    bool isCache() const noexcept { return m_isCache; }
+    bool isCache() const noexcept { return m_held.isCache; }
 
 private:
-    void obtain(ZUL const& zul);
+    struct Directory {
+        std::unique_ptr<char[]> path;
+        bool isCache = false;
+        pid_t maker = 0; ///< the process that made a private directory
+    };
+    static Directory obtain(ZUL const& zul);
     void publish(char const* id);
     void giveUp() noexcept;
 
-    std::unique_ptr<char[]> m_path;
-    pid_t m_maker = 0; ///< the process that made a private directory
-    bool m_isCache = false;
+    Directory m_held;
     bool const m_removesPrivate;
 };

@@ -1,0 +1,142 @@
+#include "cached_libraries.h"
+
+#include "inflate_stream.h"
+#include "kova/templates/platform/descriptor.h"
+#include "platform_description.h"
+#include "zul_class.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstddef>
+#include <cstdio>
+#include <cstring>
+#include <fcntl.h>
+#include <filesystem>
+#include <memory>
+#include <set>
+#include <span>
+#include <stdexcept>
+#include <string>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+using kova::templates::platform::Descriptor;
+
+/// A file that is read along with the bytes that it should have.
+class ComparedFile {
+public:
+    ComparedFile(int directory, char const* name)
+        : m_file(openat(directory, name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC))
+    {
+    }
+
+    /// Whether this user made the file, and nobody else.
+    bool isOwn() const noexcept
+    {
+        struct stat status {};
+        return m_file && fstat(m_file.get(), &status) == 0 && S_ISREG(status.st_mode) &&
+               status.st_uid == geteuid();
+    }
+
+    /// Whether @p bytes come next.
+    bool continuesWith(std::span<std::byte const> bytes) noexcept
+    {
+        while (!bytes.empty()) {
+            std::size_t const count = read(std::min(bytes.size(), pieceSize));
+            if (count == 0 || std::memcmp(m_piece.get(), bytes.data(), count) != 0) {
+                return false;
+            }
+            bytes = bytes.subspan(count);
+        }
+        return true;
+    }
+
+    bool isAtEnd() noexcept { return read(1) == 0; }
+
+private:
+    static constexpr std::size_t pieceSize = std::size_t{64} * 1024;
+
+    /// @return how many bytes are in the buffer now; 0 at the end and when they cannot be read
+    std::size_t read(std::size_t most) noexcept
+    {
+        ssize_t count = -1;
+        do {
+            count = ::read(m_file.get(), m_piece.get(), most);
+        } while (count < 0 && errno == EINTR);
+        return count < 0 ? 0 : static_cast<std::size_t>(count);
+    }
+
+    Descriptor m_file;
+    std::unique_ptr<std::byte[]> m_piece = std::make_unique_for_overwrite<std::byte[]>(pieceSize);
+};
+
+bool isLibrary(int directory, char const* name, ZUL_dll const& library)
+{
+    ComparedFile file(directory, name);
+    std::span const stored(static_cast<std::byte const*>(library.getLib()), library.getLibLength());
+    auto const compare = [&file](std::span<std::byte const> bytes) {
+        return file.continuesWith(bytes) ? 0 : 1;
+    };
+    try {
+        return file.isOwn() &&
+               (library.isCompressed() ? inflateStream(stored, compare) : compare(stored)) == 0 &&
+               file.isAtEnd();
+    } catch (std::runtime_error const&) {
+        return false; // bytes that cannot be inflated are in no file
+    }
+}
+
+char const* nameOf(ZUL_dll const& library)
+{
+    return library.getName() == nullptr ? "" : library.getName();
+}
+
+/// Whether ZUL_dll::toFile refuses the name of @p library.
+bool leadsOut(ZUL_dll const& library)
+{
+    return std::strchr(nameOf(library), '/') != nullptr;
+}
+
+/// Where ZUL_dll::toFile puts @p library, seen from its directory.
+std::string fileOf(ZUL_dll const& library)
+{
+    char const* const name = nameOf(library);
+    std::string path(std::strlen(name) + sizeof ZUL_LIBRARY_PATTERN, '\0');
+    path.resize(
+        static_cast<std::size_t>(std::snprintf(path.data(), path.size(), ZUL_LIBRARY_PATTERN, ".", name)));
+    return path;
+}
+
+bool holdsNothingBut(std::set<std::string> const& files, char const* directory)
+{
+    std::error_code failure;
+    std::filesystem::directory_iterator entry(directory, failure);
+    for (; !failure && entry != std::filesystem::directory_iterator(); entry.increment(failure)) {
+        if (!files.contains("./" + entry->path().filename().string())) {
+            return false;
+        }
+    }
+    return !failure;
+}
+
+} // namespace
+
+bool holdsLibrariesOf(ZUL const& zul, char const* path)
+{
+    Descriptor const directory(open(path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    std::set<std::string> files;
+    unsigned int const count = directory ? zul.getTagCount(ZUL_dll::tag_id) : 0;
+    for (unsigned int i = 0; i < count; ++i) {
+        auto const* const library = dynamic_cast<ZUL_dll const*>(zul.getTagAt(ZUL_dll::tag_id, i));
+        if (library != nullptr && library->getSystem() == zul_opsys_of_library()) {
+            std::string const file = fileOf(*library);
+            if (leadsOut(*library) || !isLibrary(directory.get(), file.c_str(), *library)) {
+                return false;
+            }
+            files.insert(file);
+        }
+    }
+    return !files.empty() && holdsNothingBut(files, path);
+}
