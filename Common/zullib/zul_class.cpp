@@ -274,6 +274,13 @@ ZUL_tag* ZUL::getTagAt(unsigned int id, unsigned int i) const
     return m_private->m_search.search(id, i);
 }
 
+void ZUL::forEachTag(std::function<void(ZUL_tag&)> const& visit) const
+{
+    for (std::uint32_t i = 0; i < m_private->m_tags.getCount(); ++i) {
+        visit(*m_private->m_tags.at(i));
+    }
+}
+
 template <>
 ZUL_register* ZUL::getTagAt<ZUL_register>(unsigned int i) const
 {

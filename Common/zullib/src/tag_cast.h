@@ -2,6 +2,7 @@
 
 #include "zul_tag.h"
 
+#include <type_traits>
 #include <typeinfo>
 
 /// The tag as a @p Tag, or null. Nearly every tag is exactly of the class asked for, which is quickly told.

@@ -34,6 +34,7 @@ public:
     char const* path() const noexcept { return m_held.path.get(); }
     /// Whether the held directory is the shared cache.
     bool isCache() const noexcept { return m_held.isCache; }
+    bool removesPrivate() const noexcept { return m_removesPrivate; }
 
 private:
     struct Directory {
