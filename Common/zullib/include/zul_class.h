@@ -111,6 +111,26 @@ public:
     void setId(char const* id);
     char const* getId() const;
 
+    // Merging.
+
+    /// Adds copies of everything in @p other, which is not changed and may go afterwards; it may be this container.
+    ///
+    /// Author, design name and design version are taken over where this container has none. When this container has
+    /// processes (modules), those of @p other get the ids (indexes) that follow the highest one, and what refers to
+    /// them follows. Of the two sides' events, those of the side whose lowest configuration index is higher move up by
+    /// 16 interrupt queues, modulo 256; a side without configurations counts as 0, and its events become firmware
+    /// events. The container's id is removed when @p other has one, whose id is not taken over: a merged container
+    /// is a new design.
+    /// @throws ZUL_add_tag_error when a tag of @p other refers to a process or module that is not there, and when two
+    ///         events would share a queue and bit, or a queue that one of them uses exclusively
+    /// @throws ZUL_file_duplicate_tag (id 0x8151000) when this container knows the name of a register of @p other
+    /// @throws std::bad_alloc; what copying a tag throws. What was added before the failing tag stays.
+    ZUL& operator+=(ZUL const& other);
+    /// operator+=, then @p finish, which may be empty. When either throws, this container is as it was before, and
+    /// the exception goes on. Tags that were there keep their addresses.
+    /// @param finish may remove tags only as the last thing it does: removals are not undone
+    void mergeAllOrNothing(ZUL const& other, std::function<void()> const& finish);
+
     // Removing. References of other tags to a removed one become null.
 
     /// Takes @p tag out of the tag list and deletes it; null does nothing.
