@@ -142,16 +142,6 @@ public:
     /// Takes a destination out of the tag list; it becomes the caller's. Does nothing when it is not there.
     void removeDestination(ZUL_destination* destination);
 
-    // Merging.
-
-    /// Adds copies of all tags of @p other: its processes and modules are renumbered behind those of this container, and
-    /// the user interrupt queues of the side with the higher configuration index move up by 16.
-    /// @throws ZUL_add_tag_error, ZUL_file_duplicate_tag when a tag of @p other contradicts this container: what was
-    ///         added before it stays; std::bad_alloc
-    ZUL& operator+=(ZUL const& other);
-    /// operator+=, then @p finish. When one of them throws, this container is as it was before.
-    void mergeAllOrNothing(ZUL const& other, std::function<void()> const& finish);
-
     // Looking up. Names and numbers are found in constant time after the first question; null names never match.
 
     /// Number of tags with @p id in the tag list (single instances and configurations are not in it).
