@@ -9,7 +9,6 @@
 
 namespace {
 
-constexpr char const* containerIdName = "__ZUL_ID__";
 constexpr char const* invalidContainerId = "__INVALID_ZUL_ID__";
 
 /// The single instance @p single, made on first use.

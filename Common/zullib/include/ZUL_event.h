@@ -47,7 +47,9 @@ public:
     void findMyRegister(char const* name);
 
     /// Marks the event until it is loaded or assigned; the mark is not saved.
-    void flagAsFirmwareEvent() noexcept { m_firmwareEvent = true; }
+    void flagAsFirmwareEvent() noexcept { setFirmwareEvent(true); }
+    /// Sets the mark or takes it back.
+    void setFirmwareEvent(bool firmware) noexcept { m_firmwareEvent = firmware; }
     bool isFirmwareEvent() const noexcept { return m_firmwareEvent; }
 
     std::uint32_t getTagId() const override { return tag_id; }

@@ -1,6 +1,7 @@
 #include "zul_private.h"
 
 #include "kova/templates/platform/invariant.h"
+#include "tag_copies.h"
 #include "tag_kinds.h"
 #include "zullib.h"
 
@@ -18,41 +19,6 @@ bool isReferable(std::uint32_t id)
 {
     return id == ZUL_process::tag_id || id == ZUL_module::tag_id || id == ZUL_destination::tag_id ||
            id == ZUL_register::old_tag_id || id == ZUL_register::new_tag_id || findTagKind(id) == nullptr;
-}
-
-/// A copy of a tag whose class is not the format's own: its bytes.
-std::unique_ptr<ZUL_tag> copyAsBytes(ZUL* parent, ZUL_tag& tag)
-{
-    auto copy = std::make_unique<ZUL_binary_data>(parent, tag.getTagId());
-    if (std::vector<std::byte> bytes(tag.getSaveLength()); !bytes.empty()) {
-        tag.Save(bytes.data());
-        copy->Load(bytes.data(), bytes.size());
-    }
-    return copy;
-}
-
-std::unique_ptr<ZUL_tag> copyTag(ZUL* parent, ZUL_tag& tag)
-{
-    TagKind const* const kind = findTagKind(tag.getTagId());
-    std::unique_ptr<ZUL_tag> copy = kind == nullptr ? nullptr : kind->copy(parent, tag);
-    if (auto const* const raw = dynamic_cast<ZUL_binary_data const*>(&tag);
-        copy == nullptr && raw != nullptr) {
-        auto rawCopy = std::make_unique<ZUL_binary_data>(*raw);
-        rawCopy->setParent(parent);
-        return rawCopy;
-    }
-    return copy != nullptr ? std::move(copy) : copyAsBytes(parent, tag);
-}
-
-template <class Tag>
-std::unique_ptr<Tag> copySingle(ZUL* parent, std::unique_ptr<Tag> const& single)
-{
-    if (single == nullptr) {
-        return nullptr;
-    }
-    auto copy = std::make_unique<Tag>(*single);
-    copy->setParent(parent);
-    return copy;
 }
 
 } // namespace
@@ -188,6 +154,12 @@ std::unique_ptr<ZUL_tag> ZUL_private::takeOut(std::uint32_t position)
 
 void ZUL_private::removeTagsIf(std::function<bool(ZUL_tag const&)> const& leaves)
 {
+    takeOutIf(leaves); // and deletes
+}
+
+std::vector<std::unique_ptr<ZUL_tag>>
+ZUL_private::takeOutIf(std::function<bool(ZUL_tag const&)> const& leaves)
+{
     std::vector<std::unique_ptr<ZUL_tag>> leaving;
     std::unordered_set<ZUL_tag const*> gone;
     for (std::uint32_t i = 0; i < m_tags.getCount(); ++i) {
@@ -196,12 +168,13 @@ void ZUL_private::removeTagsIf(std::function<bool(ZUL_tag const&)> const& leaves
         }
     }
     if (gone.empty()) {
-        return;
+        return leaving;
     }
-    leaving.reserve(gone.size());
+    leaving.reserve(gone.size()); // the last thing that can fail
     m_tags.removeIf([&](ZUL_tag* tag) {
         bool const isLeaving = gone.contains(tag);
         if (isLeaving) {
+            tag->m_filed = false;
             leaving.emplace_back(tag);
         }
         return isLeaving;
@@ -216,6 +189,18 @@ void ZUL_private::removeTagsIf(std::function<bool(ZUL_tag const&)> const& leaves
     }
     for (std::uint32_t i = 0; i < m_configs.getCount(); ++i) {
         replaceReferences(*m_configs.at(i), unlessGone);
+    }
+    return leaving;
+}
+
+void ZUL_private::refile(std::vector<ZUL_tag*> const& tags) noexcept
+{
+    m_index.changed();
+    m_search.invalidate(0);
+    m_tags.clear();
+    for (ZUL_tag* const tag : tags) {
+        m_tags.addNew(tag);
+        tag->m_filed = true;
     }
 }
 

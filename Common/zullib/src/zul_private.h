@@ -15,6 +15,9 @@
 #include <memory>
 #include <vector>
 
+/// The name of the user info whose value is the container's id.
+constexpr char const* containerIdName = "__ZUL_ID__";
+
 /// What a container holds, and the bookkeeping that every change of its tag list needs.
 class ZUL_private {
 public:
@@ -45,8 +48,12 @@ public:
     }
     void setVersionNumber(ZUL_design_version_nr const& version);
 
-    /// Takes out of the tag list, and deletes, every tag for which @p leaves is true.
+    /// Takes out of the tag list, and deletes, every tag for which @p leaves is true; changes nothing when it throws.
     void removeTagsIf(std::function<bool(ZUL_tag const&)> const& leaves);
+    /// The same without deleting them.
+    std::vector<std::unique_ptr<ZUL_tag>> takeOutIf(std::function<bool(ZUL_tag const&)> const& leaves);
+    /// Makes the tag list what it was; @p tags are no more than it has held already.
+    void refile(std::vector<ZUL_tag*> const& tags) noexcept;
     /// Makes every reference to @p tag null.
     void forget(ZUL_tag const& tag);
     /// The position of @p tag in the tag list, or its length.
@@ -56,8 +63,12 @@ public:
 
     /// Whether @p tag is in the tag list; that is an error of the caller who is about to add it.
     bool isFiled(ZUL_tag const& tag) const;
+    /// Whether a list of @p tag's container holds it; asking is no error.
+    static bool isListed(ZUL_tag const& tag) noexcept { return tag.m_filed; }
     /// Makes this empty part an exact copy of @p other.
     void copyFrom(ZUL_private const& other);
+    /// Adds renumbered copies of what @p other, possibly this part, holds; what was added before a failure stays.
+    ZUL_private& operator+=(ZUL_private const& other);
     /// Tags that a save writes, without configurations and head.
     std::uint32_t savedTagCount();
 
