@@ -3,12 +3,12 @@
 #include "board_directories.h"
 #include "kova/templates/platform/descriptor.h"
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
+#include <string_view>
 
 using kova::templates::platform::Descriptor;
 
@@ -16,11 +16,10 @@ namespace {
 
 constinit InstallationDirectory installation;
 
-std::unique_ptr<char[]> copyOf(char const* text)
+char* copyOf(std::string_view text)
 {
-    std::size_t const size = std::strlen(text) + 1;
-    auto copy = std::make_unique<char[]>(size);
-    std::memcpy(copy.get(), text, size);
+    char* const copy = new char[text.size() + 1];
+    copy[text.copy(copy, text.size())] = '\0';
     return copy;
 }
 
@@ -56,20 +55,18 @@ std::array<AppletBase, 4> appletBases()
              {"QELINSTALLDIR", ::secure_getenv("QELINSTALLDIR")}}};
 }
 
-std::array<char const*, 3> appletDirectories(unsigned int boardType)
+std::vector<std::string> appletPaths(char const* name, unsigned int boardType, char const* baseDir)
 {
     int const board = static_cast<int>(boardType & 0xFFFFU);
     char const* const current = grabber_dir_by_kovatype(board);
     char const* const older = current == nullptr ? nullptr : old_grabber_dir_by_kovatype(board);
-    return {current, older, FPGA2dirname(static_cast<int>(boardType))};
-}
-
-std::unique_ptr<char[]> appletPath(char const* baseDir, char const* directory, char const* name)
-{
-    std::size_t const size = std::strlen(baseDir) + 18 + std::strlen(directory) + 1 + std::strlen(name) + 1;
-    auto path = std::make_unique<char[]>(size);
-    std::snprintf(path.get(), size, "%s/Hardware Applets/%s/%s", baseDir, directory, name);
-    return path;
+    std::vector<std::string> paths;
+    for (char const* const directory : {current, older, FPGA2dirname(static_cast<int>(boardType))}) {
+        if (directory != nullptr) {
+            paths.push_back(std::string(baseDir) + "/Hardware Applets/" + directory + '/' + name);
+        }
+    }
+    return paths;
 }
 
 bool opensForReading(char const* path)
@@ -84,13 +81,9 @@ char* findApplet(char const* name, unsigned int boardType, char const* baseDir)
         return nullptr;
     }
     std::printf("Searching for zul file %s in %s\n", name, baseDir);
-    for (char const* const directory : appletDirectories(boardType)) {
-        if (directory == nullptr) {
-            continue;
-        }
-        std::unique_ptr<char[]> path = appletPath(baseDir, directory, name);
-        if (opensForReading(path.get())) {
-            return path.release();
+    for (std::string const& path : appletPaths(name, boardType, baseDir)) {
+        if (opensForReading(path.c_str())) {
+            return copyOf(path);
         }
     }
     return nullptr;
@@ -108,7 +101,7 @@ bool getAppletDir(char const* name, unsigned int boardType, char** path)
     if (std::strchr(name, '/') == nullptr) {
         *path = findInAppletDirectories(name, boardType);
     } else if (opensForReading(name)) {
-        *path = copyOf(name).release();
+        *path = copyOf(name);
     }
     return *path != nullptr;
 }

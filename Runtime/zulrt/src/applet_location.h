@@ -3,7 +3,8 @@
 #include "installation_directory.h"
 
 #include <array>
-#include <memory>
+#include <string>
+#include <vector>
 
 /// The installation that this library belongs to.
 class KovaDir {
@@ -44,11 +45,9 @@ struct AppletBase {
 /// One that two origins name is searched twice.
 std::array<AppletBase, 4> appletBases();
 
-/// The directories below "Hardware Applets" that findApplet() searches for a board, in order; null for none.
-std::array<char const*, 3> appletDirectories(unsigned int boardType);
-
-/// @return "BASE/Hardware Applets/DIRECTORY/NAME"
-std::unique_ptr<char[]> appletPath(char const* baseDir, char const* directory, char const* name);
+/// The paths that findApplet() tries, in order: "BASE/Hardware Applets/DIRECTORY/NAME", with the current and the older
+/// directory of the board, then that of the FPGA type, as far as there are any.
+std::vector<std::string> appletPaths(char const* name, unsigned int boardType, char const* baseDir);
 
 /// Whether @p path can be opened for reading, whatever it is; errno says why not. A FIFO does not make it wait.
 bool opensForReading(char const* path);

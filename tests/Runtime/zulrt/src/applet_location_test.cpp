@@ -112,19 +112,15 @@ TEST_F(AppletLocation, UpperHalfOfTheBoardCountsForTheFpgaAlone)
     EXPECT_EQ(find("d.zul", withFpga & 0xFFFF, tree.base()), "(null)");
 }
 
-TEST_F(AppletLocation, DirectoriesOfABoardInTheOrderOfTheSearch)
+TEST_F(AppletLocation, PathsOfABoardInTheOrderOfTheSearch)
 {
-    auto const expect = [](unsigned int board, char const* current, char const* older, char const* fpga) {
-        auto const names = appletDirectories(board);
-        EXPECT_STREQ(names[0], current);
-        EXPECT_STREQ(names[1], older);
-        EXPECT_STREQ(names[2], fpga);
-    };
-    expect(withBoth, "kova-2624", "kova_2624", nullptr);
-    expect(withCurrent, "kova-1872", nullptr, nullptr);
-    expect(163, "kova_163", "kova_163", nullptr);
-    expect(withFpga, nullptr, nullptr, "3s1600e");
-    expect(unknownBoard, nullptr, nullptr, nullptr);
+    using Paths = std::vector<std::string>;
+    std::string const base = "/opt/k/Hardware Applets/";
+    EXPECT_EQ(appletPaths("d", withBoth, "/opt/k"), (Paths{base + "kova-2624/d", base + "kova_2624/d"}));
+    EXPECT_EQ(appletPaths("d", withCurrent, "/opt/k"), Paths{base + "kova-1872/d"});
+    EXPECT_EQ(appletPaths("d", 163, "/opt/k"), (Paths{base + "kova_163/d", base + "kova_163/d"}));
+    EXPECT_EQ(appletPaths("d", withFpga, "/opt/k"), Paths{base + "3s1600e/d"});
+    EXPECT_EQ(appletPaths("d", unknownBoard, "/opt/k"), Paths{});
 }
 
 TEST_F(AppletLocation, SearchPrintsALineInEveryCase)
@@ -139,13 +135,15 @@ TEST_F(AppletLocation, SearchPrintsALineInEveryCase)
     EXPECT_EQ(m_printed, "Searching for zul file  in \n");
 }
 
-TEST_F(AppletLocation, PathIsMadeOfBaseDirectoryAndName)
+TEST_F(AppletLocation, PathsMayBeEmptyAndLong)
 {
-    EXPECT_STREQ(appletPath("/opt/k", "kova-2624", "d.zul").get(), "/opt/k/Hardware Applets/kova-2624/d.zul");
-    EXPECT_STREQ(appletPath("", "x", "").get(), "/Hardware Applets/x/");
+    EXPECT_EQ(appletPaths("", withCurrent, ""), std::vector<std::string>{"/Hardware Applets/kova-1872/"});
     std::string const base(3000, 'b');
     std::string const name(3000, 'n');
-    EXPECT_EQ(appletPath(base.c_str(), "x", name.c_str()).get(), base + "/Hardware Applets/x/" + name);
+    EXPECT_EQ(appletPaths(name.c_str(), withCurrent, base.c_str()),
+              std::vector<std::string>{base + "/Hardware Applets/kova-1872/" + name});
+    EXPECT_EQ(find(name.c_str(), withCurrent, base), "(null)");
+    EXPECT_EQ(errno, ENAMETOOLONG);
 }
 
 TEST_F(AppletLocation, NameWithASlashIsAPath)
