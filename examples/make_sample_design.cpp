@@ -26,6 +26,7 @@ void build(ZUL& design, char const* const* libraries)
     for (; *libraries != nullptr; ++libraries) {
         addLibrary(design, *libraries);
     }
+    makeId(design);
     addConfigurations(design);
 }
 

@@ -27,6 +27,8 @@ void addEvents(ZUL& design);
 /// @param path of a shared library; without directory, "lib" and extension it is the library's name
 /// @throws std::runtime_error when the file cannot be read
 void addLibrary(ZUL& design, char const* path);
+/// Gives the design an id that changes with its libraries: they are unpacked into a directory that is named after it.
+void makeId(ZUL& design);
 void addConfigurations(ZUL& design);
 
 /// Makes a tag of @p design and adds it; the design owns it then.

@@ -20,7 +20,6 @@ void addIdentity(ZUL& design)
     // The fifth and sixth character are the code of the board: 01 stands for board type 2625.
     design.setDesignVersion("2.3.01");
     design.setAuthor("the libzulrt authors");
-    design.setId("dual-area-inspection-2.3-5f0c7b1e94d2");
 
     add<ZUL_comment>(design).setComment(
         "Two area cameras: the first is triggered by an encoder, filtered and "

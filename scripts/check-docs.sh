@@ -7,6 +7,7 @@
 #     ```sh runnable             run by bash, which stops at the first command that fails
 #     ```sh runnable exits=1     the same, but the block has to end with exit status 1
 #     ```cpp runnable            compiled as C++20 without a warning; with a main() also linked, to ./a.out
+#     ```c runnable              the same as C11, linked with the shared library alone
 #
 # The blocks of a document run one after the other in a temporary folder of the document, with the sample design there as
 # sample.zul, the build's programs on PATH, and standard input empty. Later blocks find what earlier ones left behind.
@@ -48,7 +49,7 @@ extract() { # DOCUMENT FOLDER
             inside = 1; first = NR; file = ""; indent = match($0, /`/) - 1
             sub(/^ *```/, "")
             if ($2 == "runnable") {
-                if ($1 !~ /^(sh|cpp)$/ || NF > 3 || (NF == 3 && $3 !~ /^exits=[0-9]+$/))
+                if ($1 !~ /^(sh|cpp|c)$/ || NF > 3 || (NF == 3 && $3 !~ /^exits=[0-9]+$/))
                     refuse(NR, "cannot run " $0)
                 file = folder "/" NR "." $1
                 printf "" > file
@@ -71,10 +72,16 @@ compile() { # SOURCE
     fi
 }
 
+compile_c() { # SOURCE
+    "${CC:-cc}" -std=c11 -Wall -Wextra -Wpedantic -Werror "${include_flags[@]}" "$1" \
+        -L"$build/lib" -Wl,-rpath,"$build/lib" -lzulrt -ldl
+}
+
 run_block() { # FILE LANGUAGE
     case $2 in
     sh) PATH="$build/bin:$PATH" bash -eu -o pipefail "$1" ;;
     cpp) compile "$1" ;;
+    c) compile_c "$1" ;;
     esac
 }
 

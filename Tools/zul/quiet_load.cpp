@@ -1,78 +1,19 @@
 #include "quiet_load.h"
 
+#include "captured_stdout.h"
 #include "input.h"
 #include "session.h"
 #include "text_output.h"
 
-#include <array>
 #include <cerrno>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <cxxabi.h>
-#include <iostream>
 #include <memory>
 #include <new>
-#include <sys/mman.h>
 #include <typeinfo>
-#include <unistd.h>
 
 namespace {
-
-/// Sends descriptor 1 into memory for as long as it lives.
-class CapturedOutput {
-public:
-    CapturedOutput() : m_captured(memfd_create("printed", MFD_CLOEXEC))
-    {
-        flush();
-        m_saved = dup(STDOUT_FILENO); // -1 when standard output is closed: it is closed again then
-        if (m_captured < 0 || dup2(m_captured, STDOUT_FILENO) < 0) {
-            int const error = errno;
-            restore();
-            throw Failure(ExitCode::Internal,
-                          std::string("cannot redirect standard output: ") + std::strerror(error));
-        }
-    }
-    CapturedOutput(CapturedOutput const&) = delete;
-    CapturedOutput& operator=(CapturedOutput const&) = delete;
-    ~CapturedOutput() { restore(); }
-
-    std::string text() const
-    {
-        flush();
-        std::string text;
-        std::array<char, 4096> part{};
-        off_t offset = 0;
-        for (ssize_t count = 0; (count = pread(m_captured, part.data(), part.size(), offset)) > 0;
-             offset += count) {
-            text.append(part.data(), static_cast<std::size_t>(count));
-        }
-        return text;
-    }
-
-private:
-    static void flush()
-    {
-        std::cout.flush();
-        std::fflush(stdout);
-    }
-    void restore() const noexcept
-    {
-        std::fflush(stdout);
-        if (m_saved >= 0) {
-            dup2(m_saved, STDOUT_FILENO);
-            close(m_saved);
-        } else {
-            close(STDOUT_FILENO);
-        }
-        if (m_captured >= 0) {
-            close(m_captured);
-        }
-    }
-
-    int m_captured;
-    int m_saved = -1;
-};
 
 std::string classOf(std::exception const& error)
 {
@@ -128,7 +69,7 @@ LoadOutcome loadQuietly(ZUL& zul, std::span<std::byte const> bytes, ZULLoadMode 
 {
     LoadOutcome outcome;
     ZULLoadMode const saved = zul.getLoadMode();
-    CapturedOutput const captured;
+    CapturedStdout const captured;
     zul.setLoadMode(mode);
     load(zul, bytes.first(sizeSeenByLoad(bytes.size())), outcome);
     zul.setLoadMode(saved);

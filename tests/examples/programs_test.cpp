@@ -1,9 +1,11 @@
 #include "files.h"
 #include "outcome.h"
+#include "zullib.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <string>
 
 namespace {
@@ -31,6 +33,62 @@ TEST(ReadDesign, SaysHowItIsUsedWhenThereIsNoDesign)
     Outcome const read = run("read_design /nonexistent");
     EXPECT_EQ(read.status, 1);
     EXPECT_THAT(read.output, testing::HasSubstr("Usage: read_design FILE"));
+}
+
+/// An installation with the sample design for board 2625.
+class LoadDesign : public testing::Test {
+protected:
+    LoadDesign()
+    {
+        std::filesystem::path const designs = directory / "Hardware Applets/kova-2625";
+        std::filesystem::create_directories(designs);
+        std::filesystem::copy_file(SAMPLE_DESIGN, designs / "sample.zul");
+    }
+
+    /// Loads leave the libraries for the next ones.
+    ~LoadDesign() override
+    {
+        ZUL design;
+        if (design.Load(SAMPLE_DESIGN) == 0) {
+            std::filesystem::remove_all("/tmp/zulcache_" + std::string(design.getId()));
+        }
+    }
+
+    Outcome load(std::string const& arguments) const
+    {
+        return outcomeOf("KOVADIR5_64=" + std::string(directory.path()) +
+                         " " EXAMPLE_PROGRAMS "/load_design " + arguments);
+    }
+
+    TemporaryDirectory directory;
+};
+
+TEST_F(LoadDesign, FindsTheDesignByBoardAndCallsEveryFactory)
+{
+    Outcome const loaded = load("sample.zul 2625");
+    EXPECT_EQ(loaded.status, 0) << loaded.output;
+    EXPECT_THAT(loaded.output, testing::HasSubstr("DualAreaInspection from " +
+                                                  (directory / "Hardware Applets/kova-2625/sample.zul") +
+                                                  ", version 2.3.01\n12 modules\n"));
+    EXPECT_THAT(loaded.output, testing::HasSubstr("  Inspection\\Fir0 of type ImageOperators in process 0\n"
+                                                  "    Width = 2048\n"
+                                                  "    Gain = 1.25\n"
+                                                  "    Coefficients = 5 elements\n"));
+    std::string const made = "    operator made by ";
+    std::size_t count = 0;
+    for (auto at = loaded.output.find(made); at != std::string::npos; at = loaded.output.find(made, at + 1)) {
+        ++count;
+    }
+    EXPECT_EQ(count, 12U);
+    EXPECT_THAT(loaded.output, testing::HasSubstr("31 registers\n"));
+}
+
+TEST_F(LoadDesign, SaysWhyThereIsNoDesign)
+{
+    Outcome const missing = load("sample.zul 1872");
+    EXPECT_EQ(missing.status, 1);
+    EXPECT_THAT(missing.output, testing::HasSubstr("load_design: sample.zul: No such file or directory\n"));
+    EXPECT_EQ(load("sample.zul").status, 2);
 }
 
 TEST(MakeSampleDesign, WritesTheSameBytesEachTime)
