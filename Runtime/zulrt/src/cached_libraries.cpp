@@ -2,6 +2,7 @@
 
 #include "inflate_stream.h"
 #include "kova/templates/platform/descriptor.h"
+#include "open_directory.h"
 #include "platform_description.h"
 #include "zul_class.h"
 
@@ -11,12 +12,12 @@
 #include <cstdio>
 #include <cstring>
 #include <fcntl.h>
-#include <filesystem>
 #include <memory>
 #include <set>
 #include <span>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -44,11 +45,12 @@ public:
     bool continuesWith(std::span<std::byte const> bytes) noexcept
     {
         while (!bytes.empty()) {
-            std::size_t const count = read(std::min(bytes.size(), pieceSize));
-            if (count == 0 || std::memcmp(m_piece.get(), bytes.data(), count) != 0) {
+            ssize_t const count = read(std::min(bytes.size(), pieceSize));
+            if (count <= 0 ||
+                std::memcmp(m_piece.get(), bytes.data(), static_cast<std::size_t>(count)) != 0) {
                 return false;
             }
-            bytes = bytes.subspan(count);
+            bytes = bytes.subspan(static_cast<std::size_t>(count));
         }
         return true;
     }
@@ -58,14 +60,14 @@ public:
 private:
     static constexpr std::size_t pieceSize = std::size_t{64} * 1024;
 
-    /// @return how many bytes are in the buffer now; 0 at the end and when they cannot be read
-    std::size_t read(std::size_t most) noexcept
+    /// @return how many bytes are in the buffer now: 0 at the end, less when they cannot be read
+    ssize_t read(std::size_t most) noexcept
     {
         ssize_t count = -1;
         do {
             count = ::read(m_file.get(), m_piece.get(), most);
         } while (count < 0 && errno == EINTR);
-        return count < 0 ? 0 : static_cast<std::size_t>(count);
+        return count;
     }
 
     Descriptor m_file;
@@ -109,34 +111,34 @@ std::string fileOf(ZUL_dll const& library)
     return path;
 }
 
-bool holdsNothingBut(std::set<std::string> const& files, char const* directory)
+bool holdsNothingBut(std::set<std::string> const& files, DIR* directory)
 {
-    std::error_code failure;
-    std::filesystem::directory_iterator entry(directory, failure);
-    for (; !failure && entry != std::filesystem::directory_iterator(); entry.increment(failure)) {
-        if (!files.contains("./" + entry->path().filename().string())) {
+    // Not with an iterator of the standard library, which ends the process when memory runs out.
+    while (dirent const* const entry = readdir(directory)) {
+        std::string_view const name = entry->d_name;
+        if (name != "." && name != ".." && !files.contains("./" + std::string(name))) {
             return false;
         }
     }
-    return !failure;
+    return true;
 }
 
 } // namespace
 
 bool holdsLibrariesOf(ZUL const& zul, char const* path)
 {
-    Descriptor const directory(open(path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    OpenDirectory const directory = openDirectory(path);
     std::set<std::string> files;
     unsigned int const count = directory ? zul.getTagCount(ZUL_dll::tag_id) : 0;
     for (unsigned int i = 0; i < count; ++i) {
         auto const* const library = dynamic_cast<ZUL_dll const*>(zul.getTagAt(ZUL_dll::tag_id, i));
         if (library != nullptr && library->getSystem() == zul_opsys_of_library()) {
             std::string const file = fileOf(*library);
-            if (leadsOut(*library) || !isLibrary(directory.get(), file.c_str(), *library)) {
+            if (leadsOut(*library) || !isLibrary(dirfd(directory.get()), file.c_str(), *library)) {
                 return false;
             }
             files.insert(file);
         }
     }
-    return !files.empty() && holdsNothingBut(files, path);
+    return !files.empty() && holdsNothingBut(files, directory.get());
 }

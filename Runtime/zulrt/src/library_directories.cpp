@@ -1,13 +1,11 @@
 #include "library_directories.h"
 
-#include "kova/templates/platform/descriptor.h"
 #include "kova/templates/platform/invariant.h"
+#include "open_directory.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <dirent.h>
-#include <fcntl.h>
 #include <initializer_list>
 #include <stdlib.h>
 #include <string_view>
@@ -17,7 +15,6 @@
 namespace {
 
 using kova::templates::platform::checkInvariant;
-using kova::templates::platform::Descriptor;
 
 constexpr char baseDirectory[] = "/tmp/";
 constexpr char temporaryName[] = "zulrt-XXXXXX"; // as mkdtemp wants it
@@ -39,22 +36,6 @@ std::unique_ptr<char[]> joined(std::initializer_list<std::string_view> parts)
     }
     *end = '\0';
     return text;
-}
-
-struct DirectoryCloser {
-    void operator()(DIR* directory) const noexcept { closedir(directory); }
-};
-using OpenDirectory = std::unique_ptr<DIR, DirectoryCloser>;
-
-/// Opens a directory that is one itself; null with errno otherwise.
-OpenDirectory openDirectory(char const* path) noexcept
-{
-    Descriptor descriptor(path == nullptr ? -1 : open(path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
-    OpenDirectory directory(descriptor ? fdopendir(descriptor.get()) : nullptr);
-    if (directory) {
-        descriptor.release();
-    }
-    return directory;
 }
 
 } // namespace
@@ -94,9 +75,12 @@ char* createAppletDLLsTempDir(char const* id, bool* isCache)
 int delete_dir(char const* dir)
 {
     checkInvariant(dir != nullptr, "dirpath != NULL", source, 272);
+    if (dir == nullptr) {
+        return EFAULT;
+    }
     OpenDirectory const directory = openDirectory(dir);
     if (!directory) {
-        return dir == nullptr ? EFAULT : errno;
+        return errno;
     }
     while (dirent const* const entry = readdir(directory.get())) {
         checkInvariant(std::strlen(entry->d_name) <= longestEntryName, "strlen(dentry->d_name) <= PATH_MAX",

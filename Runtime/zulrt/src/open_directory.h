@@ -1,0 +1,26 @@
+#pragma once
+
+#include "kova/templates/platform/descriptor.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <memory>
+
+struct DirectoryCloser {
+    void operator()(DIR* directory) const noexcept { closedir(directory); }
+};
+
+/// An open directory whose entries can be read, or null.
+using OpenDirectory = std::unique_ptr<DIR, DirectoryCloser>;
+
+/// Opens a directory that is one itself, no symbolic link to one; null with errno otherwise.
+inline OpenDirectory openDirectory(char const* path) noexcept
+{
+    kova::templates::platform::Descriptor descriptor(
+        ::open(path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    OpenDirectory directory(descriptor ? fdopendir(descriptor.get()) : nullptr);
+    if (directory) {
+        descriptor.release();
+    }
+    return directory;
+}
