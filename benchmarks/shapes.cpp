@@ -89,9 +89,9 @@ Bytes configTag(std::uint32_t index)
     return Bytes().u32(0x8150120).u32(88 + 16).u32(0xA3200).zeros(20).zeros(48).u32(index).zeros(4).zeros(16);
 }
 
-Bytes cameraTag(std::uint32_t channel)
+Bytes cameraTag(std::uint32_t channel, std::uint32_t module = 0)
 {
-    return Bytes().u32(0x815D000).u32(16).u32(channel).u32(0);
+    return Bytes().u32(0x815D000).u32(16).u32(channel).u32(module);
 }
 
 Bytes dmaCountTag(std::uint32_t channel)
@@ -166,6 +166,33 @@ Bytes parameterLinks(std::uint32_t tags)
     });
 }
 
+Bytes modulesOfOneIndex(std::uint32_t tags)
+{
+    return repeat(tags, [tags](std::uint32_t i) {
+        return i == 0 ? processTag(0) : i <= tags / 2 ? moduleTag(0, 0) : paramTag(0, i);
+    });
+}
+
+Bytes linksIntoOneModule(std::uint32_t tags)
+{
+    return repeat(tags, [tags](std::uint32_t i) {
+        return i == 0          ? processTag(0)
+               : i <= 2        ? moduleTag(i - 1, 0)
+               : i <= tags / 2 ? paramTag(1, i)
+                               : paramLinkTag(0, 1, i - tags / 2);
+    });
+}
+
+Bytes camerasOfManyProcesses(std::uint32_t tags)
+{
+    std::uint32_t const modules = tags / 3;
+    return repeat(tags, [modules](std::uint32_t i) {
+        return i < modules       ? processTag(i)
+               : i < 2 * modules ? moduleTag(i - modules, i - modules)
+                                 : cameraTag(i, i % (modules / 2));
+    });
+}
+
 Bytes differentLibraries(std::uint32_t tags)
 {
     return repeat(tags, [](std::uint32_t i) { return libraryTag(numbered("lib_", i)); });
@@ -226,6 +253,9 @@ constexpr std::array allShapes{
     Shape{"link-chain",          chainOfLinks},
     Shape{"parameters",          parameters},
     Shape{"parameter-links",     parameterLinks},
+    Shape{"modules-equal",       modulesOfOneIndex},
+    Shape{"links-one-module",    linksIntoOneModule},
+    Shape{"cameras-processes",   camerasOfManyProcesses},
     Shape{"libraries-different", differentLibraries},
     Shape{"libraries-equal",     equalLibraries},
     Shape{"configurations",      configurations},
