@@ -9,7 +9,7 @@
 namespace {
 
 constexpr char const* description =
-    "Shows and checks design containers.\n"
+    "Shows and checks design containers, and the installation that they are loaded from.\n"
     "Data goes to standard output, everything else to standard error; - as a FILE is "
     "standard input.";
 constexpr char const* footer = "Exit codes: 0 clean, 1 finding or difference, 2 usage, 3 file cannot be read "
@@ -28,6 +28,9 @@ void addVerbs(CLI::App& app, Session& session)
     addCheckVerb(app, session);
     addExplainVerb(app, session);
     addFormatVerb(app, session);
+    addApiVerb(app, session);
+    addWhereVerb(app, session);
+    addDoctorVerb(app, session);
 }
 
 bool wantsJson(CLI::App const& app)

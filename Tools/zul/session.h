@@ -51,3 +51,6 @@ void addHexVerb(CLI::App& app, Session& session);
 void addCheckVerb(CLI::App& app, Session& session);
 void addExplainVerb(CLI::App& app, Session& session);
 void addFormatVerb(CLI::App& app, Session& session);
+void addWhereVerb(CLI::App& app, Session& session);
+void addDoctorVerb(CLI::App& app, Session& session);
+void addApiVerb(CLI::App& app, Session& session);

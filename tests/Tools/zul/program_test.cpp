@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr std::array verbs{"info", "ls", "tree", "regs", "dump", "hex", "check"};
+constexpr std::array verbs{"info", "ls", "tree", "regs", "dump", "hex", "check", "where", "doctor"};
 
 bool contains(std::string const& text, std::string const& part)
 {
