@@ -101,18 +101,18 @@ void ContainerMerge::addTag(ZUL_tag& tag)
     if (isContainerId(tag)) {
         return;
     }
-    std::unique_ptr<ZUL_tag> copy = copyOf(tag);
-    bind(*copy);
-    if (auto* const destination = tagOfKind<ZUL_destination>(copy.get())) {
+    m_adding = copyOf(tag);
+    bind(*m_adding);
+    if (auto* const destination = tagOfKind<ZUL_destination>(m_adding.get())) {
         m_destinations.emplace(&tag, destination);
     }
-    if (auto* const reg = tagOfKind<ZUL_register>(copy.get())) {
+    if (auto* const reg = tagOfKind<ZUL_register>(m_adding.get())) {
         m_to.appendRegister(reg);
     } else {
         // Libraries and links too: what loaded beside others of its name, or closes a circle, is kept.
-        m_to.append(copy.get());
+        m_to.append(m_adding.get());
     }
-    copy.release();
+    static_cast<void>(m_adding.release()); // the list's
 }
 
 std::unique_ptr<ZUL_tag> ContainerMerge::copyOf(ZUL_tag& tag)

@@ -62,6 +62,8 @@ private:
     std::uint32_t m_configCount;
     RenumberedCopies<ZUL_process, ProcessId> m_processes;
     RenumberedCopies<ZUL_module, ModuleIndex> m_modules;
+    // The copy that is about to be filed outlives a failure to do so: tags filed before it may refer to it.
+    std::unique_ptr<ZUL_tag> m_adding;
     std::unordered_map<ZUL_tag const*, ZUL_destination*> m_destinations; // of what is merged in: their copies
     std::vector<ZUL_event*> m_events;                                    // that were there before
     std::vector<ZUL_event const*> m_newEvents;                           // of what is merged in

@@ -349,6 +349,16 @@ TEST(FailedMerge, LeavesNoReferenceToATagThatWasNotAdded)
     EXPECT_EQ(tagOf<ZUL_module>(zul)->getProcessId(), 8U) << "what was there before is as it was";
 }
 
+TEST(FailedMerge, LeavesNoReferenceToTheTagThatFailed)
+{
+    ZUL other;
+    auto* const parameter = file<ZUL_camparam>(other, 0U, nullptr);
+    parameter->setModule(fileModule(other, 0, nullptr)); // a module without process
+    ZUL zul;
+    EXPECT_THROW(zul += other, ZUL_add_tag_error);
+    EXPECT_EQ(tagOf<ZUL_camparam>(zul)->getModule(), nullptr);
+}
+
 /// A module of somebody's own, with an id of its own.
 class OwnModule : public ZUL_module {
 public:
