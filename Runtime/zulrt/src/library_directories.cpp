@@ -5,9 +5,9 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdlib>
 #include <cstring>
 #include <initializer_list>
-#include <stdlib.h>
 #include <string_view>
 #include <unistd.h>
 #include <utility>

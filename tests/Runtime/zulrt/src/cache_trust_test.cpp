@@ -53,9 +53,9 @@ TEST_F(CacheTrustTest, WhatCannotBeLookedAtIsUnreachable)
 
 TEST_F(CacheTrustTest, WithoutDescriptorsNothingIsTrusted)
 {
-    auto const look = [this] {
+    auto const look = [path = cache.c_str()] {
         useUpDescriptors();
-        return static_cast<int>(trust());
+        return static_cast<int>(trustOfCacheDirectory(path));
     };
     EXPECT_EQ(inChildProcess(look), static_cast<int>(CacheTrust::Unreachable));
 }

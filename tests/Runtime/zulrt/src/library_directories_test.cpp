@@ -248,9 +248,9 @@ TEST_F(DeleteDir, AnswersThePositiveErrorOfOpening)
 
 TEST_F(DeleteDir, NeedsADescriptor)
 {
-    auto const remove = [this] {
+    auto const remove = [directory = path.c_str()] {
         useUpDescriptors();
-        return delete_dir(path.c_str());
+        return delete_dir(directory);
     };
     EXPECT_EQ(inChildProcess(remove), EMFILE);
     EXPECT_EQ(entriesOf(path).size(), 4U);
