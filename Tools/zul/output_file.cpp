@@ -56,35 +56,25 @@ public:
         }
     }
 
-    void write(std::span<std::byte const> bytes) const
+    void write(ByteSource const& source) const
     {
-        while (!bytes.empty()) {
-            ssize_t const count = ::write(m_file.get(), bytes.data(), bytes.size());
-            if (count > 0) {
-                bytes = bytes.subspan(static_cast<std::size_t>(count));
-            } else if (count == 0 || errno != EINTR) {
-                fail(m_shownPath, "cannot write");
-            }
-        }
+        run(source, [this](std::span<std::byte const> bytes) { return append(bytes); });
         if (fsync(m_file.get()) != 0) {
             fail(m_shownPath, "cannot write");
         }
     }
 
-    void compare(std::span<std::byte const> bytes) const
+    void compare(ByteSource const& source) const
     {
-        std::array<std::byte, 65536> piece{};
         off_t offset = 0;
-        for (ssize_t count = 0; (count = pread(m_file.get(), piece.data(), piece.size(), offset)) != 0;
-             offset += count) {
-            auto const expected = bytes.subspan(std::min(bytes.size(), static_cast<std::size_t>(offset)));
-            if (count < 0 || static_cast<std::size_t>(count) > expected.size() ||
-                std::memcmp(piece.data(), expected.data(), static_cast<std::size_t>(count)) != 0) {
-                break;
-            }
-        }
-        if (static_cast<std::size_t>(offset) != bytes.size()) {
-            throw Failure(ExitCode::Unreadable, m_shownPath + ": reads back differently than it was written");
+        std::byte beyond{};
+        run(source, [this, &offset](std::span<std::byte const> bytes) {
+            expect(bytes, offset);
+            offset += static_cast<off_t>(bytes.size());
+            return 0;
+        });
+        if (pread(m_file.get(), &beyond, 1, offset) != 0) {
+            differs();
         }
     }
 
@@ -108,6 +98,46 @@ public:
     }
 
 private:
+    void run(ByteSource const& source, ByteSink const& sink) const
+    {
+        if (int const result = source(sink); result != 0) {
+            throw Failure(ExitCode::Damaged,
+                          m_shownPath + ": cannot make its contents: " + std::strerror(-result));
+        }
+    }
+
+    int append(std::span<std::byte const> bytes) const
+    {
+        while (!bytes.empty()) {
+            ssize_t const count = ::write(m_file.get(), bytes.data(), bytes.size());
+            if (count > 0) {
+                bytes = bytes.subspan(static_cast<std::size_t>(count));
+            } else if (count == 0 || errno != EINTR) {
+                fail(m_shownPath, "cannot write");
+            }
+        }
+        return 0;
+    }
+
+    void expect(std::span<std::byte const> bytes, off_t offset) const
+    {
+        std::array<std::byte, 65536> piece{};
+        while (!bytes.empty()) {
+            ssize_t const count =
+                pread(m_file.get(), piece.data(), std::min(piece.size(), bytes.size()), offset);
+            if (count <= 0 || std::memcmp(piece.data(), bytes.data(), static_cast<std::size_t>(count)) != 0) {
+                differs();
+            }
+            bytes = bytes.subspan(static_cast<std::size_t>(count));
+            offset += count;
+        }
+    }
+
+    [[noreturn]] void differs() const
+    {
+        throw Failure(ExitCode::Unreadable, m_shownPath + ": reads back differently than it was written");
+    }
+
     std::string const& m_shownPath;
     std::string m_name;
     kova::templates::platform::Descriptor m_file;
@@ -126,11 +156,17 @@ void checkOutput(std::string const& path, Overwrite overwrite)
 
 void writeOutput(std::string const& path, std::span<std::byte const> bytes, Overwrite overwrite)
 {
+    writeOutput(
+        path, [bytes](ByteSink const& sink) { return sink(bytes); }, overwrite);
+}
+
+void writeOutput(std::string const& path, ByteSource const& source, Overwrite overwrite)
+{
     checkOutput(path, overwrite);
     fs::path const target = targetOf(path);
     TemporaryFile file(target, path);
-    file.write(bytes);
-    file.compare(bytes);
+    file.write(source);
+    file.compare(source);
     file.rename(target, overwrite);
     kova::templates::platform::Descriptor const directory(open(
         target.has_parent_path() ? target.parent_path().c_str() : ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));

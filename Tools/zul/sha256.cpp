@@ -2,11 +2,8 @@
 
 #include <algorithm>
 #include <bit>
-#include <cstdint>
 
 namespace {
-
-constexpr std::size_t blockSize = 64;
 
 // clang-format off
 constexpr std::array<std::uint32_t, 64> roundConstants{
@@ -20,7 +17,6 @@ constexpr std::array<std::uint32_t, 64> roundConstants{
     0x748f82ee, 0x78a5636f, 0x84c87814, 0x8cc70208, 0x90befffa, 0xa4506ceb, 0xbef9a3f7, 0xc67178f2};
 // clang-format on
 
-using State = std::array<std::uint32_t, 8>;
 using Schedule = std::array<std::uint32_t, 64>;
 
 Schedule scheduleOf(std::byte const* block)
@@ -40,7 +36,9 @@ Schedule scheduleOf(std::byte const* block)
     return words;
 }
 
-void addBlock(State& state, std::byte const* block)
+} // namespace
+
+void Sha256::addBlock(State& state, std::byte const* block)
 {
     Schedule const words = scheduleOf(block);
     State s = state;
@@ -61,7 +59,7 @@ void addBlock(State& state, std::byte const* block)
 }
 
 /// The last bytes of a message, 0x80, zeros and the message's length in bits.
-void addEnd(State& state, std::span<std::byte const> rest, std::uint64_t length)
+void Sha256::addEnd(State& state, std::span<std::byte const> rest, std::uint64_t length)
 {
     std::array<std::byte, 2 * blockSize> end{};
     std::copy(rest.begin(), rest.end(), end.begin());
@@ -75,20 +73,39 @@ void addEnd(State& state, std::span<std::byte const> rest, std::uint64_t length)
     }
 }
 
-} // namespace
-
-std::array<std::byte, 32> sha256(std::span<std::byte const> bytes)
+void Sha256::add(std::span<std::byte const> bytes)
 {
-    State state{0x6a09e667, 0xbb67ae85, 0x3c6ef372, 0xa54ff53a,
-                0x510e527f, 0x9b05688c, 0x1f83d9ab, 0x5be0cd19};
-    std::size_t offset = 0;
-    for (; offset + blockSize <= bytes.size(); offset += blockSize) {
-        addBlock(state, bytes.data() + offset);
+    std::size_t const waiting = m_length % blockSize;
+    m_length += bytes.size();
+    if (waiting != 0) {
+        std::size_t const count = std::min(blockSize - waiting, bytes.size());
+        std::copy_n(bytes.begin(), count, m_rest.begin() + static_cast<std::ptrdiff_t>(waiting));
+        bytes = bytes.subspan(count);
+        if (waiting + count < blockSize) {
+            return;
+        }
+        addBlock(m_state, m_rest.data());
     }
-    addEnd(state, bytes.subspan(offset), bytes.size());
-    std::array<std::byte, 32> digest{};
+    for (; bytes.size() >= blockSize; bytes = bytes.subspan(blockSize)) {
+        addBlock(m_state, bytes.data());
+    }
+    std::copy(bytes.begin(), bytes.end(), m_rest.begin());
+}
+
+Sha256::Digest Sha256::digest() const
+{
+    State state = m_state;
+    addEnd(state, std::span(m_rest).first(m_length % blockSize), m_length);
+    Digest digest{};
     for (std::size_t i = 0; i < digest.size(); ++i) {
         digest[i] = static_cast<std::byte>(state[i / 4] >> (24 - 8 * (i % 4)));
     }
     return digest;
+}
+
+Sha256::Digest sha256(std::span<std::byte const> bytes)
+{
+    Sha256 sha;
+    sha.add(bytes);
+    return sha.digest();
 }
