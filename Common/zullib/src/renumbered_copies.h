@@ -1,26 +1,31 @@
 #pragma once
 
+#include "key_table.h"
 #include "seeded_hash.h"
 
 #include <cstdint>
 #include <memory>
-#include <unordered_map>
 #include <vector>
 
 /// The numbers of a merged container's tags, and those that they get in the container they are merged into.
 class MapId2Id {
 public:
     /// Of several tags with one @p id the first counts.
-    void add(std::uint32_t id, std::uint32_t mapped) { m_mapped.emplace(id, mapped); }
-    /// The new number, or 0xFFFFFFFF: the number of what refers to nothing.
-    std::uint32_t find_mapped_id(std::uint32_t id) const
+    void add(std::uint32_t id, std::uint32_t mapped)
     {
-        auto const found = m_mapped.find(id);
-        return found == m_mapped.end() ? 0xFFFFFFFF : found->second;
+        if (auto const [place, isNew] = m_mapped.insert(id); isNew) {
+            *place = mapped;
+        }
+    }
+    /// The new number, or 0xFFFFFFFF: the number of what refers to nothing.
+    std::uint32_t find_mapped_id(std::uint32_t id)
+    {
+        std::uint32_t const* const found = m_mapped.find(id);
+        return found == nullptr ? 0xFFFFFFFF : *found;
     }
 
 private:
-    std::unordered_map<std::uint32_t, std::uint32_t, SeededHash> m_mapped;
+    KeyTable<std::uint64_t, std::uint32_t, SeededHash> m_mapped;
 };
 
 /// Copies of all processes (or modules) of a merged container: made and numbered before any tag is filed, since tags
@@ -40,7 +45,9 @@ public:
             m_numbers.add(Number::of(*copy), ++m_highest);
             Number::set(*copy, m_highest);
         }
-        m_byNumber.emplace(Number::of(*copy), copy.get());
+        if (auto const [first, isNew] = m_byNumber.insert(Number::of(*copy)); isNew) {
+            *first = copy.get();
+        }
         m_unfiled.push_back(std::move(copy));
     }
 
@@ -48,23 +55,23 @@ public:
     std::unique_ptr<Tag> takeNext() { return std::move(m_unfiled[m_taken++]); }
 
     /// What a reference to @p number in the merged container is called now.
-    std::uint32_t renumbered(std::uint32_t number) const
+    std::uint32_t renumbered(std::uint32_t number)
     {
         return m_renumbers ? m_numbers.find_mapped_id(number) : number;
     }
 
     /// The first copy with @p number, which is a new one, or null.
-    Tag* find(std::uint32_t number) const
+    Tag* find(std::uint32_t number)
     {
-        auto const found = m_byNumber.find(number);
-        return found == m_byNumber.end() ? nullptr : found->second;
+        Tag* const* const found = m_byNumber.find(number);
+        return found == nullptr ? nullptr : *found;
     }
 
 private:
     bool m_renumbers;
     std::uint32_t m_highest;
     MapId2Id m_numbers;
-    std::unordered_map<std::uint32_t, Tag*, SeededHash> m_byNumber;
+    KeyTable<std::uint64_t, Tag*, SeededHash> m_byNumber;
     std::vector<std::unique_ptr<Tag>> m_unfiled;
     std::size_t m_taken = 0;
 };
