@@ -84,6 +84,20 @@ void writeContainers(fs::path const& folder, bool withMode)
     }
 }
 
+/// The length of a first container in two bytes, that container, and a second one to merge into it.
+void writeDesigns(fs::path const& folder)
+{
+    fs::create_directories(folder);
+    auto const pair = [&folder](char const* name, Bytes const& first, Bytes const& second) {
+        write(folder / name, Bytes().u16(first.size()).append(first).append(second));
+    };
+    pair("two-hierarchies", hierarchy(), hierarchy());
+    pair("registers-into-kinds", sample::everyKind(), configurations());
+    pair("kinds-into-hierarchy", hierarchy(), sample::everyKind());
+    pair("the-same-registers", registersAndLinks(), registersAndLinks());
+    pair("configurations", configurations(), hierarchy());
+}
+
 void writeEdits(fs::path const& folder)
 {
     fs::create_directories(folder);
@@ -122,6 +136,7 @@ int main(int argc, char** argv)
     fs::path const folder = argv[1];
     writeContainers(folder / "load", true);
     writeContainers(folder / "roundtrip", false);
+    writeDesigns(folder / "design");
     writeEdits(folder / "edit");
     writeLibraries(folder / "library");
     return 0;
