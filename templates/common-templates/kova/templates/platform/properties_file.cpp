@@ -32,7 +32,7 @@ int whyNotReadable(struct stat const& status)
 std::optional<std::string> restOf(Descriptor const& file)
 {
     std::string text;
-    std::array<char, 16384> part; // not initialised: read() does that
+    std::array<char, 16384> part{};
     for (;;) {
         ssize_t const count = ::read(file.get(), part.data(), part.size());
         if (count == 0) {
