@@ -41,7 +41,7 @@ public:
         for (auto const& module : modules) {
             if (char const* const name = module->getModule()->getFullName()) {
                 if (auto const [first, isNew] = m_modules.insert(name); isNew) {
-                    *first = {module.get(), false};
+                    *first = module.get();
                 }
             }
         }
@@ -50,52 +50,50 @@ public:
     void resolve(ZUL_param_link& link)
     {
         char const* const moduleName = link.getDestinationModuleName();
-        Module* const found = moduleName == nullptr ? nullptr : m_modules.find(moduleName);
+        zul_module_ext const** const found = moduleName == nullptr ? nullptr : m_modules.find(moduleName);
         if (found == nullptr) {
             return;
         }
-        link.setDestinationModule(found->extension->getModule());
+        link.setDestinationModule((*found)->getModule());
+        noteParameters(**found);
         char const* const name = link.getDestinationName();
-        noteParameters(*found);
-        if (int const* const position = name == nullptr ? nullptr : m_params.find({found->extension, name})) {
+        std::uint64_t const index = indexKey((*found)->getModule()->getIndex());
+        if (int const* const position = name == nullptr ? nullptr : m_params.find({index, name})) {
             link.setDestinationParamIndex(*position);
         }
     }
 
 private:
-    struct Module {
-        zul_module_ext const* extension;
-        bool areParametersNoted;
-    };
     struct ParamKey {
-        zul_module_ext const* module;
+        std::uint64_t moduleIndex;
         std::string_view name;
         bool operator==(ParamKey const&) const = default;
     };
     struct ParamHash {
         std::size_t operator()(ParamKey const& key) const noexcept
         {
-            return SeededHash::mix(SeededHash()(key.name),
-                                   SeededHash()(std::uint64_t{reinterpret_cast<std::uintptr_t>(key.module)}));
+            return SeededHash::mix(SeededHash()(key.name), SeededHash()(key.moduleIndex));
         }
     };
 
-    void noteParameters(Module& module)
+    /// Once for all modules with one index: they have the same parameters, and there may be many of both.
+    void noteParameters(zul_module_ext const& module)
     {
-        if (module.areParametersNoted) {
+        std::uint64_t const index = indexKey(module.getModule()->getIndex());
+        if (!m_noted.insert(index).second) {
             return;
         }
-        module.areParametersNoted = true;
-        for (unsigned int i = 0; i < module.extension->GetNrOfParam(); ++i) {
-            if (char const* const name = module.extension->getParam(i)->getName()) {
-                if (auto const [position, isNew] = m_params.insert({module.extension, name}); isNew) {
+        for (unsigned int i = 0; i < module.GetNrOfParam(); ++i) {
+            if (char const* const name = module.getParam(i)->getName()) {
+                if (auto const [position, isNew] = m_params.insert({index, name}); isNew) {
                     *position = static_cast<int>(i);
                 }
             }
         }
     }
 
-    KeyTable<std::string_view, Module, SeededHash> m_modules;
+    KeyTable<std::string_view, zul_module_ext const*, SeededHash> m_modules;
+    KeyTable<std::uint64_t, bool, SeededHash> m_noted; // indices whose parameters are in the next table
     KeyTable<ParamKey, int, ParamHash> m_params;
 };
 
