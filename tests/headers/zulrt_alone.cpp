@@ -1,0 +1,2 @@
+// The header of the C interface, and nothing else.
+#include "zulrt.h"
