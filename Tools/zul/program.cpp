@@ -29,6 +29,7 @@ void addVerbs(CLI::App& app, Session& session)
     addExplainVerb(app, session);
     addFormatVerb(app, session);
     addApiVerb(app, session);
+    addMergeVerb(app, session);
     addStripVerb(app, session);
     addExtractVerb(app, session);
     addWhereVerb(app, session);

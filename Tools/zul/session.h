@@ -54,5 +54,6 @@ void addFormatVerb(CLI::App& app, Session& session);
 void addWhereVerb(CLI::App& app, Session& session);
 void addDoctorVerb(CLI::App& app, Session& session);
 void addApiVerb(CLI::App& app, Session& session);
+void addMergeVerb(CLI::App& app, Session& session);
 void addStripVerb(CLI::App& app, Session& session);
 void addExtractVerb(CLI::App& app, Session& session);

@@ -3,9 +3,7 @@
 #include "tag_cast.h"
 #include "zullib.h"
 
-namespace {
-
-bool resolves(ZUL_register_link const& link, ZUL const& other, ZUL const& own)
+bool leadsToItsRegister(ZUL_register_link const& link, ZUL const& other, ZUL const& own)
 {
     ZUL_register const* const inOther = other.findRegister(link.getTarget());
     ZUL_register const* const target = inOther != nullptr ? inOther : own.findRegister(link.getTarget());
@@ -13,14 +11,12 @@ bool resolves(ZUL_register_link const& link, ZUL const& other, ZUL const& own)
            target->getType() == link.getType();
 }
 
-} // namespace
-
 int checkRegisterLinks(ZUL const* other, ZUL const* own)
 {
     bool allResolve = true;
     own->forEachTag([&](ZUL_tag& tag) {
         if (auto const* const link = tagOfKind<ZUL_register_link>(&tag)) {
-            allResolve = allResolve && resolves(*link, *other, *own);
+            allResolve = allResolve && leadsToItsRegister(*link, *other, *own);
         }
     });
     return allResolve ? 1 : 0;

@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr std::array verbs{"info", "ls", "tree", "regs", "dump", "hex", "check", "where", "doctor"};
+constexpr std::array verbs{"info", "ls", "tree", "regs", "dump", "hex", "check", "where", "doctor", "merge"};
 
 bool contains(std::string const& text, std::string const& part)
 {
