@@ -90,21 +90,10 @@ bool isLibrary(int directory, char const* name, ZUL_dll const& library)
     }
 }
 
-char const* nameOf(ZUL_dll const& library)
-{
-    return library.getName() == nullptr ? "" : library.getName();
-}
-
-/// Whether ZUL_dll::toFile refuses the name of @p library.
-bool leadsOut(ZUL_dll const& library)
-{
-    return std::strchr(nameOf(library), '/') != nullptr;
-}
-
 /// Where ZUL_dll::toFile puts @p library, seen from its directory.
 std::string fileOf(ZUL_dll const& library)
 {
-    char const* const name = nameOf(library);
+    char const* const name = library.getName() == nullptr ? "" : library.getName();
     std::string path(std::strlen(name) + sizeof ZUL_LIBRARY_PATTERN, '\0');
     path.resize(
         static_cast<std::size_t>(std::snprintf(path.data(), path.size(), ZUL_LIBRARY_PATTERN, ".", name)));
@@ -134,7 +123,7 @@ bool holdsLibrariesOf(ZUL const& zul, char const* path)
         auto const* const library = dynamic_cast<ZUL_dll const*>(zul.getTagAt(ZUL_dll::tag_id, i));
         if (library != nullptr && library->getSystem() == zul_opsys_of_library()) {
             std::string const file = fileOf(*library);
-            if (leadsOut(*library) || !isLibrary(dirfd(directory.get()), file.c_str(), *library)) {
+            if (!isLibrary(dirfd(directory.get()), file.c_str(), *library)) {
                 return false;
             }
             files.insert(file);

@@ -39,7 +39,7 @@ int LibraryDirectory::replace(ZUL const& zul, unsigned opsys)
 
 int LibraryDirectory::unpack(ZUL const& zul, unsigned opsys)
 {
-    if (isCache() || zul.getTagCount(ZUL_dll::tag_id) == 0) {
+    if (zul.getTagCount(ZUL_dll::tag_id) == 0) {
         return 0;
     }
     if (path() == nullptr) {

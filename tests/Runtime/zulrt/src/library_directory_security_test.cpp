@@ -274,6 +274,20 @@ TEST(SharedCache, OfRawLibrariesIsComparedToTheEnd)
     });
 }
 
+TEST(SharedCache, IsNotUsedWhenAFifoStandsForALibraryWithoutBytes)
+{
+    inPrivateTmp([] {
+        std::string const file = sharedCache + "/libempty.dylib";
+        LibraryDesign const design(sharedId,
+                                   {sample::library("qel", "the marker"), sample::library("empty", "")});
+        EXPECT_EQ(LibraryDirectory(true).unpack(design.zul, system516), 0);
+        expectCache(design, sharedCache);
+        unlink(file.c_str());
+        ASSERT_EQ(mkfifo(file.c_str(), 0600), 0);
+        expectPrivate(design);
+    });
+}
+
 TEST(SharedCache, IsNotUsedByADesignWithoutLibraries)
 {
     inPrivateTmp([] {
