@@ -182,7 +182,7 @@ RuleText{Rule::NoContainerId, Warning, "no container id",
     "Give the container an id."},
 RuleText{Rule::PlaceholderId, Warning, "placeholder for a container id",
     "The id is __INVALID_ZUL_ID__, which saving writes when there is none. Unpacked libraries are kept in a directory "
-    "named after the id: all designs with the placeholder share it, and each takes the first one's libraries.",
+    "named after the id: all designs with the placeholder share it, and those whose libraries differ unpack their own with every load.",
     "Give the container an id of its own."},
 RuleText{Rule::UnsafeId, Error, "container id that is no directory name",
     "The id becomes part of the name of a directory. One with '/' or '..' could lead somewhere else.",
