@@ -4,9 +4,7 @@
 
 MergeUndo::MergeUndo(ZUL_private& store)
     : m_store(store),
-      m_tagCapacity(store.m_tags.getLength()),
       m_configCount(store.m_configs.getCount()),
-      m_configCapacity(store.m_configs.getLength()),
       m_hadAuthor(store.m_author != nullptr),
       m_hadAuthorText(store.m_zul.getAuthor() != nullptr),
       m_hadDesignName(store.m_designName != nullptr),
@@ -27,7 +25,6 @@ void MergeUndo::restore() noexcept
 {
     dropAdded();
     m_store.refile(m_tags);
-    m_store.m_tags.scale(m_tagCapacity);
     for (auto& tag : m_takenOut) {
         static_cast<void>(tag.release()); // the list's again
     }
@@ -50,7 +47,6 @@ void MergeUndo::dropAdded() noexcept
     while (m_store.m_configs.getCount() > m_configCount) {
         m_store.m_configs.remove(m_store.m_configs.getCount() - 1);
     }
-    m_store.m_configs.scale(m_configCapacity);
 }
 
 void MergeUndo::restoreSingles() noexcept

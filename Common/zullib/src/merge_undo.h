@@ -34,9 +34,7 @@ private:
     std::vector<ZUL_tag*> m_tags;
     std::vector<std::unique_ptr<ZUL_tag>> m_takenOut;
     std::vector<EventState> m_events;
-    std::uint32_t m_tagCapacity;
     std::uint32_t m_configCount;
-    std::uint32_t m_configCapacity;
     bool m_hadAuthor;
     bool m_hadAuthorText;
     bool m_hadDesignName;
