@@ -14,6 +14,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -39,14 +40,14 @@ std::size_t withoutMemoryForEach(Prepare prepare, Action action, Check check)
         auto const subject = prepare();
         std::optional<WatchedAllocations> watched(failing);
         errno = 0;
-        auto const result = action(*subject);
+        auto result = action(*subject);
         int const error = errno;
         bool const hasFailed = watched->hasFailed();
         watched.reset();
         if (!hasFailed) {
             return failing - 1;
         }
-        check(*subject, result, error);
+        check(*subject, std::move(result), error);
     }
 }
 
@@ -66,9 +67,8 @@ protected:
 };
 
 /// A load either fails with ENOMEM or, where memory only makes it faster, gives the whole design.
-void expectNoneOrAll(fpga_design* loaded, int error)
+void expectNoneOrAll(Handle const& design, int error)
 {
-    Handle const design(loaded);
     if (design == nullptr) {
         EXPECT_EQ(error, ENOMEM);
     } else {
@@ -83,8 +83,9 @@ TEST_F(FailingAllocationOfADesign, LoadedFromABufferGivesNone)
     Bytes const bytes = designs::rich();
     CapturedOutput const output;
     std::size_t const failures = withoutMemoryForEach(
-        nothing, [&](int&) { return ZulLoadDesignFromBuffer(bytes.data(), bytes.size(), noLibraries); },
-        [](int const&, fpga_design* loaded, int error) { expectNoneOrAll(loaded, error); });
+        nothing,
+        [&](int&) { return Handle(ZulLoadDesignFromBuffer(bytes.data(), bytes.size(), noLibraries)); },
+        [](int const&, Handle const& loaded, int error) { expectNoneOrAll(loaded, error); });
     EXPECT_GT(failures, 100U);
     EXPECT_EQ(output.text(), "") << "it is no mistake in the file";
 }
@@ -95,16 +96,23 @@ TEST_F(FailingAllocationOfADesign, LoadedFromAFileGivesNoneAndNoPath)
     std::string const file = directory / "design.zul";
     writeFile(file, designs::rich());
     struct Load {
+        ~Load()
+        {
+            if (path != &untouched) {
+                delete[] path;
+            }
+        }
         char untouched = 'x';
         char* path = &untouched;
     };
     std::size_t const failures = withoutMemoryForEach(
         [] { return std::make_unique<Load>(); },
-        [&](Load& load) { return ZulLoadZulFileWithTypeEx(file.c_str(), &load.path, 0, noLibraries); },
-        [&file](Load& load, fpga_design* loaded, int error) {
+        [&](Load& load) {
+            return Handle(ZulLoadZulFileWithTypeEx(file.c_str(), &load.path, 0, noLibraries));
+        },
+        [&file](Load& load, Handle const& loaded, int error) {
             EXPECT_EQ(load.path != nullptr, loaded != nullptr);
             EXPECT_EQ(load.path == nullptr ? file : load.path, file);
-            delete[] load.path;
             expectNoneOrAll(loaded, error);
         });
     EXPECT_GT(failures, 100U);
@@ -126,12 +134,12 @@ TEST_F(FailingAllocationOfADesign, TellsTheObjectsCallerMinus12)
 }
 
 /// The same with the library directory of the design 3F2A, beside which nothing but @p others may be in /tmp.
-void expectNothingOrTheCache(fpga_design* loaded, int error, Names others)
+void expectNothingOrTheCache(Handle loaded, int error, Names others)
 {
     if (loaded == nullptr) {
         EXPECT_EQ(error, ENOMEM);
     } else {
-        EXPECT_EQ(ZulUnloadZulFile(loaded), 0);
+        loaded.reset();
         others.push_back("zulcache_3F2A");
     }
     EXPECT_EQ(inTmp(), others);
@@ -143,9 +151,9 @@ TEST_F(FailingAllocationOfADesign, LoadedWithLibrariesLeavesNothingBehind)
     inPrivateTmp([] {
         writeFile("/tmp/design.zul", designs::withLibraries("3F2A"));
         std::size_t const failures = withoutMemoryForEach(
-            nothing, [](int&) { return ZulLoadZulFile("/tmp/design.zul", overwrite); },
-            [](int const&, fpga_design* loaded, int error) {
-                expectNothingOrTheCache(loaded, error, {"design.zul"});
+            nothing, [](int&) { return Handle(ZulLoadZulFile("/tmp/design.zul", overwrite)); },
+            [](int const&, Handle loaded, int error) {
+                expectNothingOrTheCache(std::move(loaded), error, {"design.zul"});
             });
         EXPECT_GT(failures, 20U);
     });
@@ -156,8 +164,11 @@ TEST_F(FailingAllocationOfADesign, UnpackedFromABufferLeavesNothingBehind)
     inPrivateTmp([] {
         Bytes const bytes = designs::withLibraries("3F2A");
         std::size_t const failures = withoutMemoryForEach(
-            nothing, [&](int&) { return ZulLoadDesignFromBuffer(bytes.data(), bytes.size(), overwrite); },
-            [](int const&, fpga_design* loaded, int error) { expectNothingOrTheCache(loaded, error, {}); });
+            nothing,
+            [&](int&) { return Handle(ZulLoadDesignFromBuffer(bytes.data(), bytes.size(), overwrite)); },
+            [](int const&, Handle loaded, int error) {
+                expectNothingOrTheCache(std::move(loaded), error, {});
+            });
         EXPECT_GT(failures, 20U);
     });
 }
@@ -273,8 +284,8 @@ TEST_F(FailingAllocationOfADesign, StrippedLeavesTheLengthAlone)
 TEST_F(FailingAllocationOfADesign, MadeAsTrampolineGivesNone)
 {
     std::size_t const failures = withoutMemoryForEach(
-        nothing, [](int&) { return ZulFirmwareTrampoline(3, 7); },
-        [](int const&, fpga_design* design, int) { EXPECT_EQ(design, nullptr); });
+        nothing, [](int&) { return Handle(ZulFirmwareTrampoline(3, 7)); },
+        [](int const&, Handle const& design, int) { EXPECT_EQ(design, nullptr); });
     EXPECT_GT(failures, 5U);
 }
 
