@@ -13,6 +13,16 @@ endif()
 string(REPLACE "-O3" "-O2" CMAKE_C_FLAGS_RELEASE "${CMAKE_C_FLAGS_RELEASE}")
 string(REPLACE "-O3" "-O2" CMAKE_CXX_FLAGS_RELEASE "${CMAKE_CXX_FLAGS_RELEASE}")
 
+# A sanitizer brings functions along that only the program has, and for those of C++ has to be linked as C++.
+if(CMAKE_CXX_FLAGS MATCHES "-fsanitize")
+    set(ZUL_SANITIZED ON)
+endif()
+function(zul_c_program name)
+    if(ZUL_SANITIZED)
+        set_target_properties(${name} PROPERTIES LINKER_LANGUAGE CXX)
+    endif()
+endfunction()
+
 set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/lib)
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/lib)
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)

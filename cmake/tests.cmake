@@ -12,9 +12,23 @@ target_compile_options(test_support PRIVATE ${ZUL_TEST_OPTIONS})
 target_precompile_headers(test_support PRIVATE <gmock/gmock.h> <gtest/gtest.h> <cstddef> <cstdint> <cstring>
     <memory> <span> <stdexcept> <string> <string_view> <vector>)
 
+# Leaves only those sources in the list VARIABLE that contain a match of the regular expression.
+function(zul_keep_sources_with variable expression)
+    foreach(source ${${variable}})
+        file(STRINGS ${source} matches REGEX "${expression}" LIMIT_COUNT 1)
+        if(matches)
+            list(APPEND kept ${source})
+        endif()
+    endforeach()
+    set(${variable} ${kept} PARENT_SCOPE)
+endfunction()
+
 # zul_test_program(NAME DIRECTORY LIBRARY...): the tests below tests/DIRECTORY, when there are any.
 function(zul_test_program name directory)
     zul_sources_below(sources tests/${directory})
+    if(ZUL_THREAD_TESTS_ONLY)
+        zul_keep_sources_with(sources "<thread>|pthread_create")
+    endif()
     if(NOT sources)
         return()
     endif()
@@ -54,6 +68,7 @@ if(TARGET zulrt)
     file(GLOB c_interface_sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/Runtime/zulrt/c_interface/*.c)
     add_executable(c_interface ${c_interface_sources})
     target_link_libraries(c_interface PRIVATE zulrt m)
+    zul_c_program(c_interface)
     add_test(NAME CInterface.AnswersFromC
         COMMAND c_interface ${CMAKE_BINARY_DIR}/share/zulrt/sample.zul)
     # Paths that the library hands out are released with free(), which the address sanitizer takes for a mistake.

@@ -2,8 +2,8 @@
 
 /* Records that cross the C interface as they are: plain C11 and C++. */
 
-#include <stddef.h>
-#include <stdint.h>
+#include <stddef.h> // NOLINT(modernize-deprecated-headers): this is C too
+#include <stdint.h> // NOLINT(modernize-deprecated-headers)
 
 /// What callers of the C interface see of a parameter. Order, widths and offsets of the fields are part of
 /// that interface. The pointers lead into the design: they live as long as it does.

@@ -17,8 +17,8 @@
 
 #include "zul_records.h"
 
-#include <stddef.h>
-#include <stdint.h>
+#include <stddef.h> // NOLINT(modernize-deprecated-headers): this is C too
+#include <stdint.h> // NOLINT(modernize-deprecated-headers)
 
 /// A loaded design.
 struct fpga_design;
