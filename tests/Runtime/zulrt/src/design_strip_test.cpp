@@ -179,6 +179,8 @@ TEST(Strip, KeepsWhatWasMergedIn)
     EXPECT_EQ(ZulGetNrOfModules(copy.get()), 4);
     EXPECT_STREQ(ZulGetModuleFullName(copy.get(), 3), "out\\screen");
     EXPECT_EQ(ZulGetNrOfParam(copy.get(), 3), 2);
+    EXPECT_EQ(ZulGetRequiredFixedVersion(copy.get(), nullptr, nullptr), -1)
+        << "that is gone from the design itself";
 }
 
 } // namespace

@@ -126,20 +126,21 @@ TEST(LoadFunctionsWithLibraries, UnpackThemForAnyNumberButZero)
     inPrivateTmp([] {
         Bytes const bytes = withLibraries("3F2A");
         writeFile("/tmp/design.zul", bytes);
-        fpga_design* design = ZulLoadDesignFromBuffer(bytes.data(), bytes.size(), noLibraries);
+        fpga_design* const design = ZulLoadDesignFromBuffer(bytes.data(), bytes.size(), noLibraries);
         EXPECT_EQ(ZulGetModuleDllDir(design), nullptr);
         ZulUnloadZulFile(design);
         EXPECT_EQ(inTmp().size(), 1U);
-        design = ZulLoadDesignFromBuffer(bytes.data(), bytes.size(), overwrite);
-        ASSERT_NE(design, nullptr);
-        EXPECT_STREQ(ZulGetModuleDllDir(design), "/tmp/zulcache_3F2A");
-        EXPECT_STREQ(ZulGetOperatorDir(design), "/tmp/zulcache_3F2A");
-        ZulUnloadZulFile(design);
-        for (int const opsys : {1, 2, 516, -1}) {
-            design = ZulLoadZulFile("/tmp/design.zul", opsys);
-            ASSERT_NE(design, nullptr) << opsys;
-            EXPECT_STREQ(ZulGetModuleDllDir(design), "/tmp/zulcache_3F2A");
-            ZulUnloadZulFile(design);
+        for (int const opsys : {overwrite, 2, 3, 516, -1}) {
+            std::filesystem::remove_all("/tmp/zulcache_3F2A");
+            for (int again = 0; again < 2; ++again) { // first unpacked, then found
+                for (fpga_design* const loaded : {ZulLoadDesignFromBuffer(bytes.data(), bytes.size(), opsys),
+                                                  ZulLoadZulFile("/tmp/design.zul", opsys)}) {
+                    ASSERT_NE(loaded, nullptr) << opsys;
+                    EXPECT_STREQ(ZulGetModuleDllDir(loaded), "/tmp/zulcache_3F2A");
+                    EXPECT_STREQ(ZulGetOperatorDir(loaded), "/tmp/zulcache_3F2A");
+                    ZulUnloadZulFile(loaded);
+                }
+            }
         }
         EXPECT_EQ(inTmp(), (std::vector<std::string>{"design.zul", "zulcache_3F2A"}));
     });

@@ -137,6 +137,20 @@ TEST(CameraQueries, FindTheNthOfAProcess)
     EXPECT_EQ(design->GetCamChannelPerProcess(0, 77), -1);
 }
 
+TEST(CameraQueries, KeepTheOrderOfManyCameras)
+{
+    ContainerBytes container = withModules();
+    for (std::uint32_t channel = 0; channel < 200; ++channel) {
+        container.tag(sample::cameraParam(channel, channel % 2));
+    }
+    Loaded design(container);
+    EXPECT_EQ(design->GetNrOfCamsPerProcess(3), 100);
+    for (unsigned n = 0; n < 100; ++n) {
+        EXPECT_EQ(design->GetCamChannelPerProcess(n, 4), static_cast<int>(2 * n));
+        EXPECT_EQ(design->GetCamChannelPerProcess(n, 3), static_cast<int>(2 * n + 1));
+    }
+}
+
 TEST(CameraQueries, KnowProcessesWithLargeIds)
 {
     Loaded design(ContainerBytes()
