@@ -17,8 +17,8 @@ public:
     std::size_t size() const noexcept { return m_size; }
     Item& at(std::size_t i) const noexcept
     {
-        auto const block = static_cast<std::size_t>(std::bit_width(i + 1)) - 1;
-        return m_blocks[block][i + 1 - (std::size_t{1} << block)];
+        std::size_t const length = std::bit_floor(i + 1); // of the block
+        return m_blocks[static_cast<std::size_t>(std::countr_zero(length))][i + 1 - length];
     }
     void add(Item const& item)
     {

@@ -20,11 +20,12 @@ char const* fullNameOf(ZUL_module const* module)
     return module == nullptr ? nullptr : module->getFullName();
 }
 
-/// Puts both names and @p separator into @p buffer. @return its text
-char* join(std::string& buffer, char const* moduleName, char separator, char const* name)
+/// Puts the module's full name, @p separator and the parameter's name into @p buffer. @return @p buffer
+std::string& join(std::string& buffer, zul_module_ext const& module, char separator, ZUL_param const& param)
 {
-    buffer.assign(part(moduleName)).append(1, separator).append(part(name));
-    return buffer.data();
+    return buffer.assign(part(fullNameOf(module.getModule())))
+        .append(1, separator)
+        .append(part(param.getName()));
 }
 
 } // namespace
@@ -124,9 +125,7 @@ char const* fpga_design::GetParamFullName(unsigned int module, unsigned int para
     return answer(nullptr, [&]() -> char const* {
         thread_local std::string buffer;
         ZUL_param const* const found = paramAt(module, param);
-        return found == nullptr ? nullptr
-                                : RBS(join(buffer, fullNameOf(GetModuleByNumber(module)->getModule()), '_',
-                                           found->getName()));
+        return found == nullptr ? nullptr : RBS(join(buffer, *GetModuleByNumber(module), '_', *found).data());
     });
 }
 
@@ -135,9 +134,7 @@ char const* fpga_design::GetParamFullNameHier(unsigned int module, unsigned int 
     return answer(nullptr, [&]() -> char const* {
         thread_local std::string buffer;
         ZUL_param const* const found = paramAt(module, param);
-        return found == nullptr
-                   ? nullptr
-                   : join(buffer, fullNameOf(GetModuleByNumber(module)->getModule()), '\\', found->getName());
+        return found == nullptr ? nullptr : join(buffer, *GetModuleByNumber(module), '\\', *found).data();
     });
 }
 

@@ -132,7 +132,7 @@ TEST_F(ReplacementRights, OwnerIsKeptByWhoMayDoSo)
 
 TEST_F(ReplacementRights, FileThatWouldGrowTooLargeIsLeftAlone)
 {
-    auto const replace = [this](std::string const& path) {
+    auto const replace = [](std::string const& path) {
         return withFileSizeLimit(4096, [&path] { return replaceFile(path.c_str(), zeros(tooLarge)); });
     };
     EXPECT_EQ(replace(old), -EFBIG);

@@ -74,7 +74,8 @@ TEST(TagKinds, MakeTagsOfTheirClassForAContainer)
     for (TagKind const& kind : tagKinds()) {
         std::unique_ptr<LaidOutTag> const tag = kind.create(&zul);
         EXPECT_EQ(tag->getParent(), &zul);
-        std::string const mangled = typeid(*tag).name();
+        LaidOutTag const& made = *tag;
+        std::string const mangled = typeid(made).name();
         EXPECT_NE(mangled.find(kind.className), std::string::npos) << mangled;
         EXPECT_EQ(tag->getTagId(), kind.id == 0x8151000 ? 0x8151002 : kind.id)
             << "registers learn their layout by loading";
