@@ -52,8 +52,8 @@ static void* openLibrary(char const* directory, char const* file)
     return library;
 }
 
-/* @return whether the module's library made the host's side of the module */
-static int createOperator(fpga_design const* design, unsigned int module)
+/* @return the host's side of the module, made by the module's library; null when that cannot be */
+static void* createOperator(fpga_design const* design, unsigned int module)
 {
     char const* const directory = ZulGetModuleDllDir(design);
     char const* const file = ZulGetModuleDllName(design, module);
@@ -63,25 +63,31 @@ static int createOperator(fpga_design const* design, unsigned int module)
     if (address == NULL) {
         fprintf(stderr, "load_design: %s: %s\n", orNone(file),
                 orNone(library != NULL || file != NULL ? dlerror() : NULL));
-        return 0;
+        return NULL;
     }
     Factory create = NULL;
     memcpy(&create, &address, sizeof create); /* C has no conversion from void* to a function */
     void* const operatorObject = create(ZulGetModuleName(design, module));
     printf("    operator made by %s of %s\n", symbol, file);
-    return operatorObject != NULL; /* it and its library stay until the end of the program */
+    return operatorObject;
 }
 
 static int printModules(fpga_design const* design)
 {
+    static void** operators; /* they and their libraries stay until the end of the program */
     int allMade = 1;
     int const count = ZulGetNrOfModules(design);
+    operators = calloc((size_t)count + 1, sizeof *operators);
+    if (operators == NULL) {
+        return 0;
+    }
     printf("%d modules\n", count);
     for (unsigned int i = 0; i < (unsigned int)count; ++i) {
         printf("  %s of type %s in process %d\n", orNone(ZulGetModuleFullName(design, i)),
                orNone(ZulGetModuleTyp(design, i)), ZulGetModuleProcessId(design, i));
         printParameters(ZulGetModuleByNumber(design, i));
-        allMade = createOperator(design, i) && allMade;
+        operators[i] = createOperator(design, i);
+        allMade = operators[i] != NULL && allMade;
     }
     return allMade;
 }

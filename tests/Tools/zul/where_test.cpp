@@ -91,7 +91,8 @@ TEST_F(Where, NameWithASlashIsTheOnlyStep)
     std::string const path = put(m_first, "kova-2624/d.zul");
     ProgramRun const found = runZul({"where", path, "--board", "65535", "--json"});
     EXPECT_EQ(found.code, ExitCode::Clean);
-    EXPECT_EQ(found.json()["search"], nlohmann::ordered_json({step("name", nullptr, path, "found", 0)}));
+    EXPECT_EQ(found.json()["search"],
+              nlohmann::ordered_json::array({step("name", nullptr, path, "found", 0)}));
     ProgramRun const missing = runZul({"where", "/none/d.zul", "--board", "2624"});
     EXPECT_EQ(missing.code, ExitCode::NotFound);
     EXPECT_EQ(missing.out, "from  result                     path\n"

@@ -47,6 +47,15 @@ void* operator new[](std::size_t size)
     return real(size);
 }
 
+void* operator new(std::size_t size, std::nothrow_t const&) noexcept
+{
+    try {
+        return operator new(size);
+    } catch (std::bad_alloc const&) {
+        return nullptr;
+    }
+}
+
 void operator delete(void* memory) noexcept
 {
     static auto* const real = next<void (*)(void*)>("_ZdlPv");

@@ -3,6 +3,8 @@
 #include "environment.h"
 #include "files.h"
 
+#include "zulrt.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -30,12 +32,12 @@ public:
     }
 
 private:
-    void* load() const
+    fpga_design* load() const
     {
         void* const library = dlopen(m_path.c_str(), RTLD_NOW | RTLD_LOCAL);
         auto* const function =
-            reinterpret_cast<void* (*)(char const*, int, int)>(dlsym(library, "ZulLoadZulFileWithType"));
-        void* const handle = function("none.zul", 2624, 0);
+            reinterpret_cast<decltype(&ZulLoadZulFileWithType)>(dlsym(library, "ZulLoadZulFileWithType"));
+        fpga_design* const handle = function("none.zul", 2624, 0);
         std::fflush(stdout);
         return handle;
     }
