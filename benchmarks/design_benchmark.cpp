@@ -1,9 +1,9 @@
 #include "shapes.h"
+#include "stopwatch.h"
 #include "zul_class.h"
 #include "zulrt.h"
 
 #include <benchmark/benchmark.h>
-#include <chrono>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -11,13 +11,6 @@
 #include <vector>
 
 namespace {
-
-using Clock = std::chrono::steady_clock;
-
-double secondsSince(Clock::time_point start)
-{
-    return std::chrono::duration<double>(Clock::now() - start).count();
-}
 
 /// Loads and unloads a design, in turn with its container alone; "ratio" is design over container.
 void designAgainstContainer(benchmark::State& state, Shape const& shape)

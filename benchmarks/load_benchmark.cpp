@@ -1,18 +1,11 @@
 #include "floor.h"
 #include "shapes.h"
+#include "stopwatch.h"
 #include "zul_class.h"
 
 #include <benchmark/benchmark.h>
-#include <chrono>
 
 namespace {
-
-using Clock = std::chrono::steady_clock;
-
-double secondsSince(Clock::time_point start)
-{
-    return std::chrono::duration<double>(Clock::now() - start).count();
-}
 
 /// Loads and destroys, in turn with the floor; "ratio" is load over floor, "ns_tag" the load's time for one tag.
 void loadAgainstFloor(benchmark::State& state, Shape const& shape)

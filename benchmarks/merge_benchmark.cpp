@@ -1,17 +1,11 @@
 #include "merge_sides.h"
 
+#include "stopwatch.h"
+
 #include <benchmark/benchmark.h>
-#include <chrono>
 #include <memory>
 
 namespace {
-
-using Clock = std::chrono::steady_clock;
-
-double secondsSince(Clock::time_point start)
-{
-    return std::chrono::duration<double>(Clock::now() - start).count();
-}
 
 /// Merges, in turn with a copy of the container that is merged in; "ratio" is merge over copy.
 void mergeAgainstCopy(benchmark::State& state, Shape const& shape, bool allOrNothing)

@@ -39,10 +39,12 @@ Bytes paramTag(std::uint32_t module, std::uint32_t number)
 Bytes paramLinkTag(std::uint32_t from, std::uint32_t to, std::uint32_t number)
 {
     std::string const name = numbered("param_", number);
+    std::string const module = numbered("Process0/module_", to);
     auto const length = static_cast<std::uint32_t>(name.size() + 1);
+    auto const moduleLength = static_cast<std::uint32_t>(module.size() + 1);
     return Bytes()
-        .u32(0x815E000).u32(52 + 2 * length + 9).u32(from).u32(to).u32(0).u32(0).zeros(12).u32(length).u32(length).u32(9)
-        .u32(1).charsZ(name).charsZ(name).charsZ("module_1");
+        .u32(0x815E000).u32(52 + 2 * length + moduleLength).u32(from).u32(to).u32(0).u32(0).zeros(12)
+        .u32(length).u32(length).u32(moduleLength).u32(1).charsZ(name).charsZ(name).charsZ(module);
 }
 
 Bytes oldRegisterTag(std::uint32_t number)
@@ -183,6 +185,16 @@ Bytes linksIntoOneModule(std::uint32_t tags)
     });
 }
 
+Bytes linksAndModulesOfOneIndex(std::uint32_t tags)
+{
+    return repeat(tags, [tags](std::uint32_t i) {
+        return i == 0          ? processTag(0)
+               : i <= tags / 3 ? moduleTag(0, 0)
+               : i <= tags / 2 ? paramTag(0, i)
+                               : paramLinkTag(0, 0, i);
+    });
+}
+
 Bytes camerasOfManyProcesses(std::uint32_t tags)
 {
     std::uint32_t const modules = tags / 3;
@@ -255,6 +267,7 @@ constexpr std::array allShapes{
     Shape{"parameter-links",     parameterLinks},
     Shape{"modules-equal",       modulesOfOneIndex},
     Shape{"links-one-module",    linksIntoOneModule},
+    Shape{"links-equal-modules", linksAndModulesOfOneIndex},
     Shape{"cameras-processes",   camerasOfManyProcesses},
     Shape{"libraries-different", differentLibraries},
     Shape{"libraries-equal",     equalLibraries},

@@ -2,13 +2,13 @@
 # Counts, with valgrind, the instructions that N and 2 N tags of every shape cost each probe (load_probe: a load;
 # design_probe: a load as a design and a walk over it; merge_probe: a merge), and fails when the second count is more than
 # 2.2 times the first. Counts do not depend on how busy the machine is.
-# usage: scripts/check-growth.sh [BUILD_DIRECTORY [N [SHAPE...]]]     N is 16000 unless given
+# usage: scripts/check-growth.sh [BUILD_DIRECTORY [N [SHAPE...]]]     N is 8000 unless given
 set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/steps.sh
 
 build=${1:-build/release}
-tags=${2:-16000}
+tags=${2:-8000}
 probes=()
 for probe in load_probe design_probe merge_probe; do
     [ -x "$build/bin/$probe" ] || { echo "$build/bin/$probe is missing: build with -DZUL_TESTS=ON" >&2; exit 2; }

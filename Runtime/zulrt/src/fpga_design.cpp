@@ -107,7 +107,7 @@ int fpga_design::loadContainer(void const* data, unsigned long length)
 
 int fpga_design::unpackLibs(unsigned int opsys)
 {
-    return outcomeOf([&] { return m_libraries.unpack(*m_zul, opsys); });
+    return outcomeOf([&] { return m_zul == nullptr ? invalidData : m_libraries.unpack(*m_zul, opsys); });
 }
 
 void fpga_design::setupEvents()

@@ -39,7 +39,8 @@ public:
     /// @return 0; -22 when it is no container or its counts differ, -14 for a damaged tag or after an unexpected
     ///         exception, -12 when memory runs out
     int LoadDesignFromBuffer(void const* data, unsigned long length);
-    /// LibraryDirectory::unpack for the container. @return its result; -12 for std::bad_alloc, -14 for other exceptions
+    /// LibraryDirectory::unpack for the container. @return its result; -22 when nothing is loaded, -12 for std::bad_alloc,
+    ///         -14 for other exceptions
     int unpackLibs(unsigned int opsys);
     /// Gathers the modules with their parameters and channels, and leads every parameter link to the module and
     /// parameter that its texts name; what they do not name stays as it was loaded. @return 0

@@ -1,6 +1,7 @@
 #include "captured_output.h"
 #include "checking.h"
 #include "program_run.h"
+#include "sanitized.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -238,10 +239,11 @@ TEST_F(Check, EveryTruncationIsNamed)
 
 TEST_F(Check, EveryByteAtItsLimitsIsNamed)
 {
+    constexpr auto limits = std::to_array<unsigned>({0x00, 0x01, 0x7F, 0x80, 0xFF});
     Bytes const whole = sample::everyKind();
     std::string const path = file(whole);
     for (std::size_t i = 0; i < whole.size(); ++i) {
-        for (unsigned const value : {0x00U, 0x01U, 0x7FU, 0x80U, 0xFFU}) {
+        for (unsigned const value : valuesToTry(limits, i)) {
             SCOPED_TRACE("byte " + std::to_string(i) + " set to " + std::to_string(value));
             expectHonest(Bytes(whole).setU8(i, value), path);
         }
@@ -256,7 +258,7 @@ TEST_F(Check, EveryWordAtItsLimitsIsNamed)
     Bytes const whole = sample::everyKind();
     std::string const path = file(whole);
     for (std::size_t i = 0; i + 4 <= whole.size(); i += 4) {
-        for (std::uint32_t const value : limits) {
+        for (std::uint32_t const value : valuesToTry(limits, i / 4)) {
             SCOPED_TRACE("word at " + std::to_string(i) + " set to " + std::to_string(value));
             expectHonest(Bytes(whole).setU32(i, value), path);
         }

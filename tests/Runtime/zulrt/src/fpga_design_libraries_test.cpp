@@ -45,6 +45,13 @@ TEST(DesignLibraries, WithoutAnyTheDirectoryIsMadeAndStaysEmpty)
     });
 }
 
+TEST(DesignLibraries, OfADesignThatIsNotLoadedAreRefused)
+{
+    fpga_design design;
+    EXPECT_EQ(design.unpackLibs(1), -22);
+    EXPECT_EQ(design.GetModuleDllDir(), nullptr);
+}
+
 TEST(DesignLibraries, StayWhenTheSwitchSaysSo)
 {
     inPrivateTmp([] {
