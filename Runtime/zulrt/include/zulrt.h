@@ -134,9 +134,6 @@ int MergeFpgaDesignWithMem(fpga_design* design, void const* data, unsigned long 
 ///         it was
 int ZulStripConfigs(fpga_design const* design, void* buffer, unsigned long* length);
 
-/* Queries. Their definitions stand in a table, with short names for the arguments.
-   NOLINTBEGIN(readability-inconsistent-declaration-parameter-name) */
-
 /* Modules */
 
 int ZulGetNrOfModules(fpga_design const* design); ///< null handle: -1
@@ -297,8 +294,6 @@ zul_event_record const* ZulGetEvent(fpga_design const* design, unsigned int even
 void const* ZulGetDesignData(fpga_design const* design); ///< always null
 int ZulGetDesignLength(fpga_design const* design);       ///< always 0; null handle: -1
 int ZulGetDesignTyp(fpga_design const* design);          ///< always 0; null handle: -1
-
-/* NOLINTEND(readability-inconsistent-declaration-parameter-name) */
 
 /* Tables. What they return is static. */
 
