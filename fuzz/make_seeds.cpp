@@ -33,6 +33,18 @@ Bytes registersAndLinks()
         .build(8);
 }
 
+/// Names that begin with NUL: they are "", which is not the same as none.
+Bytes emptyNames()
+{
+    std::string_view const empty("\0x", 2);
+    return ContainerBytes()
+        .tag(sample::newRegister("control"))
+        .tag(sample::newRegister(empty))
+        .tag(sample::event(empty, "control"))
+        .tag(sample::event("done", empty))
+        .build(8);
+}
+
 Bytes hierarchy()
 {
     return ContainerBytes()
@@ -70,6 +82,7 @@ void writeContainers(fs::path const& folder, bool withMode)
         {"every-kind", sample::everyKind()},
         {"registers", registersAndLinks()},
         {"hierarchy", hierarchy()},
+        {"empty-names", emptyNames()},
         {"configurations", configurations()},
         {"unknown", ContainerBytes().tag(sample::unknown(0x8150015)).tag(sample::author()).build()},
     };

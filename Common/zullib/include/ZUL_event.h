@@ -23,6 +23,9 @@ public:
     /// @throws ZUL_file_bad_reference when the container has no register of that name, or there is no container
     ZUL_event& operator=(ZUL_event const& other);
 
+    /// Takes over everything but register and mark. A loaded name may be "", which setName would leave out.
+    void copyFieldsFrom(ZUL_event const& other);
+
     /// Number of the user interrupt queue.
     void setUiq(unsigned char uiq) noexcept { m_uiq = uiq; }
     unsigned char getUiq() const noexcept { return m_uiq; }

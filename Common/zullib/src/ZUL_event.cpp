@@ -22,13 +22,18 @@ ZUL_event& ZUL_event::operator=(ZUL_event const& other)
 {
     if (this != &other) {
         m_register = other.m_register == nullptr ? nullptr : ownRegister(other.getRegisterName());
-        m_name = other.m_name;
-        m_uiq = other.m_uiq;
-        m_bit = other.m_bit;
-        m_dataLength = other.m_dataLength;
+        copyFieldsFrom(other);
         m_firmwareEvent = false;
     }
     return *this;
+}
+
+void ZUL_event::copyFieldsFrom(ZUL_event const& other)
+{
+    m_name = other.m_name;
+    m_uiq = other.m_uiq;
+    m_bit = other.m_bit;
+    m_dataLength = other.m_dataLength;
 }
 
 // clang-format off

@@ -219,8 +219,9 @@ void ContainerMerge::addEvents()
     for (ZUL_event const* const event : m_newEvents) {
         auto const queue = static_cast<std::uint8_t>(event->getUiq() + m_queueOffset);
         m_queues.refuseConflict(queue, event->getBit());
-        auto copy = std::make_unique<ZUL_event>(&m_zul, queue, event->getBit(), event->getDataLen());
-        copy->setName(event->getName());
+        auto copy = std::make_unique<ZUL_event>(&m_zul, std::uint8_t{0}, std::uint8_t{0}, std::uint8_t{0});
+        copy->copyFieldsFrom(*event);
+        copy->setUiq(queue);
         copy->setRegister(m_zul.findRegister(event->getRegisterName()));
         copy->setFirmwareEvent(isFirmware || event->isFirmwareEvent());
         m_to.append(copy.get());

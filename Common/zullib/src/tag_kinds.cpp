@@ -127,10 +127,7 @@ void assign(ZUL_multi_data& to, ZUL_multi_data const& from)
 /// Assignment would look for the register in the target's container.
 void assign(ZUL_event& to, ZUL_event const& from)
 {
-    to.setUiq(from.getUiq());
-    to.setBit(from.getBit());
-    to.setDataLen(from.getDataLen());
-    to.setName(from.getName());
+    to.copyFieldsFrom(from);
     to.setRegister(from.getRegister());
 }
 

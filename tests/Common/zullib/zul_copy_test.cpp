@@ -128,6 +128,19 @@ TEST(ContainerCopy, EventWhoseRegisterHasNoNameKeepsIt)
                   [](ZUL& copy) { EXPECT_EQ(tagOf<ZUL_event>(copy)->getRegister(), copy.getRegisterAt(1)); });
 }
 
+TEST(ContainerCopy, EventWithAnEmptyNameKeepsIt)
+{
+    // A name that begins with NUL is "", and can be saved; no name cannot.
+    Bytes const bytes = ContainerBytes()
+                            .tag(sample::newRegister("done"))
+                            .tag(sample::event(std::string_view("\0x", 2), "done"))
+                            .build(8);
+    ZUL source;
+    ASSERT_EQ(source.Load(bytes.data(), bytes.size()), 0);
+    ASSERT_STREQ(tagOf<ZUL_event>(source)->getName(), "");
+    forBothCopies(source, [](ZUL& copy) { EXPECT_STREQ(tagOf<ZUL_event>(copy)->getName(), ""); });
+}
+
 TEST(ContainerCopy, PayloadsAreTheCopysOwn)
 {
     LoadedContainer const source(sample::everyKind());

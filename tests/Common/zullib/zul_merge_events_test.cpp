@@ -1,4 +1,6 @@
+#include "container_bytes.h"
 #include "merging.h"
+#include "sample_tags.h"
 
 #include <algorithm>
 
@@ -42,6 +44,19 @@ std::vector<int> queues(ZUL const& zul)
         numbers.push_back(tagOf<ZUL_event>(zul, i)->getUiq());
     }
     return numbers;
+}
+
+TEST(MergedEvents, KeepAnEmptyName)
+{
+    Bytes const bytes = ContainerBytes()
+                            .tag(sample::newRegister("done"))
+                            .tag(sample::event(std::string_view("\0x", 2), "done"))
+                            .build(8);
+    ZUL zul;
+    ZUL other;
+    ASSERT_EQ(other.Load(bytes.data(), bytes.size()), 0);
+    zul += other;
+    EXPECT_STREQ(tagOf<ZUL_event>(zul)->getName(), "") << "it can be saved; no name cannot";
 }
 
 TEST(MergedQueues, OfTheSideWithTheHigherLowestIndexMoveUpBy16)
