@@ -37,9 +37,12 @@ function(zul_test_program name directory)
     target_compile_options(${name} PRIVATE ${ZUL_TEST_OPTIONS})
     target_precompile_headers(${name} REUSE_FROM test_support)
     if(ZUL_SANITIZED)
-        # In one process: a sanitizer takes longer to start than most tests to run.
-        add_test(NAME ${name} COMMAND ${name} --gtest_brief=1)
-        set_tests_properties(${name} PROPERTIES TIMEOUT 900)
+        # Two processes for all of them: a sanitizer takes longer to start than most tests to run.
+        foreach(shard 0 1)
+            add_test(NAME ${name}_${shard} COMMAND ${name} --gtest_brief=1)
+            set_tests_properties(${name}_${shard} PROPERTIES TIMEOUT 900
+                ENVIRONMENT "GTEST_TOTAL_SHARDS=2;GTEST_SHARD_INDEX=${shard}")
+        endforeach()
     else()
         gtest_discover_tests(${name} DISCOVERY_TIMEOUT 120 PROPERTIES TIMEOUT 300)
     endif()

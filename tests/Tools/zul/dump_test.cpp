@@ -2,6 +2,7 @@
 #include "dump_bytes.h"
 #include "program_run.h"
 #include "sample_tags.h"
+#include "sanitized.h"
 
 #include <gtest/gtest.h>
 
@@ -77,7 +78,7 @@ TEST(Dump, GivesBackEveryByteOfATruncation)
 TEST(Dump, GivesBackEveryByteThatWasChanged)
 {
     Bytes const whole = sample::everyKind();
-    for (std::size_t offset = 0; offset < whole.size(); offset += 3) {
+    for (std::size_t offset = 0; offset < whole.size(); offset += isSanitized ? 9 : 3) {
         unsigned const value = offset % 2 == 0 ? 0x80 : 0xFF;
         Bytes const bytes = Bytes(whole).setU8(offset, value);
         ASSERT_EQ(bytesOfDump(dumpOf(bytes)), bytes) << offset << ' ' << value;
