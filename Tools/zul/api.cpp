@@ -1,6 +1,7 @@
 #include "captured_stdout.h"
 #include "exported_queries.h"
 #include "input.h"
+#include "loaded_design.h"
 #include "quiet_load.h"
 #include "text_output.h"
 #include "verb.h"
@@ -15,11 +16,6 @@ namespace {
 struct ApiOptions : FileOptions {
     std::vector<std::string> functions;
 };
-
-struct Unload {
-    void operator()(fpga_design* design) const { ZulUnloadZulFile(design); }
-};
-using LoadedDesign = std::unique_ptr<fpga_design, Unload>;
 
 /// The functions asked for, in the order of the interface; all of them when none is named.
 std::vector<ExportedQuery> chosen(std::vector<std::string> const& names)

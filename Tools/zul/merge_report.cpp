@@ -1,12 +1,12 @@
 #include "merge_report.h"
 
+#include "each_tag.h"
 #include "register_links.h"
 #include "tag_cast.h"
 #include "tag_kinds.h"
 #include "text_output.h"
 #include "zullib.h"
 
-#include <functional>
 #include <map>
 #include <set>
 
@@ -16,16 +16,6 @@ template <class Tag>
 Tag* tagAt(ZUL const& zul, unsigned int i)
 {
     return dynamic_cast<Tag*>(zul.getTagAt(Tag::tag_id, i));
-}
-
-template <class Tag>
-void forEach(ZUL const& zul, std::function<void(Tag&)> const& action)
-{
-    zul.forEachTag([&action](ZUL_tag& tag) {
-        if (Tag* const found = tagOfKind<Tag>(&tag)) {
-            action(*found);
-        }
-    });
 }
 
 std::string textOr(char const* text, char const* otherwise)

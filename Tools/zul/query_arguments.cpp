@@ -1,3 +1,4 @@
+#include "each_tag.h"
 #include "exported_queries.h"
 #include "text_output.h"
 #include "zullib.h"
@@ -104,16 +105,6 @@ private:
     std::set<std::string> m_known;
     ArgumentList m_list;
 };
-
-template <class Tag, class Do>
-void forEach(ZUL const& zul, Do const& action)
-{
-    zul.forEachTag([&action](ZUL_tag& tag) {
-        if (auto const* const cast = dynamic_cast<Tag const*>(&tag)) {
-            action(*cast);
-        }
-    });
-}
 
 ArgumentList registerNames(ZUL const& zul)
 {

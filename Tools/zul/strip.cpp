@@ -1,12 +1,12 @@
 #include "captured_stdout.h"
 #include "input.h"
 #include "json_output.h"
+#include "loaded_design.h"
 #include "output_file.h"
 #include "quiet_load.h"
 #include "text_output.h"
 #include "verb.h"
 #include "zullib.h"
-#include "zulrt.h"
 
 #include <cerrno>
 #include <cstring>
@@ -18,10 +18,6 @@ struct StripOptions : FileOptions {
     std::string output;
     bool force = false;
     bool inPlace = false;
-};
-
-struct Unload {
-    void operator()(fpga_design* design) const { ZulUnloadZulFile(design); }
 };
 
 /// What a stripped copy does without.
@@ -42,7 +38,7 @@ struct Dropped {
 std::vector<std::byte> stripped(std::string const& name, std::span<std::byte const> bytes)
 {
     CapturedStdout const quiet;
-    std::unique_ptr<fpga_design, Unload> const design(ZulLoadDesignFromBuffer(bytes.data(), bytes.size(), 0));
+    LoadedDesign const design(ZulLoadDesignFromBuffer(bytes.data(), bytes.size(), 0));
     unsigned long length = 0;
     std::vector<std::byte> copy;
     errno = 0;

@@ -1,5 +1,4 @@
 #include "fpga_design.h"
-#include "outcome.h"
 #include "register_links.h"
 #include "zullib.h"
 

@@ -1,5 +1,4 @@
 #include "fpga_design.h"
-#include "outcome.h"
 #include "zullib.h"
 
 #include <algorithm>
