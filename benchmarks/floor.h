@@ -17,15 +17,23 @@ public:
     bool load(std::span<std::byte const> file);
     std::size_t count() const { return m_tags.size(); }
 
-private:
     struct Tag {
         virtual ~Tag() = default;
         std::uint32_t id = 0;
-        std::span<std::byte const> payload;
+        std::span<std::byte const> payload; // behind the header
     };
     struct NamedTag : Tag {
         std::string name;
     };
+    std::span<std::unique_ptr<Tag> const> tags() const { return m_tags; }
+    /// The first register with that name, or null.
+    Tag const* findRegister(std::string_view name) const
+    {
+        auto const found = m_registers.find(name);
+        return found == m_registers.end() ? nullptr : found->second;
+    }
+
+private:
     struct LinkTag : NamedTag {
         std::string alias;
     };

@@ -75,10 +75,11 @@ Bytes eventTag(std::uint32_t number, std::string const& registerName)
         .u8(4).u8(name.size()).u32(static_cast<std::uint32_t>(registerName.size())).chars(name).chars(registerName);
 }
 
-Bytes libraryTag(std::string const& name)
+Bytes libraryTag(std::string const& name, Bytes const& library = Bytes().zeros(16))
 {
     return Bytes()
-        .u32(0x8154000).u32(96 + 16).zeros(8).u32(516).zeros(4).u32(0).text(name, 64).zeros(4).zeros(16);
+        .u32(0x8154000).u32(static_cast<std::uint32_t>(96 + library.size())).zeros(8).u32(516).zeros(4).u32(0)
+        .text(name, 64).zeros(4).append(library);
 }
 
 Bytes destinationTag(std::uint32_t number)
@@ -86,9 +87,11 @@ Bytes destinationTag(std::uint32_t number)
     return Bytes().u32(0x8150099).u32(16).u16(number).u16(1).u8(number).zeros(3);
 }
 
-Bytes configTag(std::uint32_t index)
+Bytes configTag(std::uint32_t index, Bytes const& bitstream = Bytes().zeros(16))
 {
-    return Bytes().u32(0x8150120).u32(88 + 16).u32(0xA3200).zeros(20).zeros(48).u32(index).zeros(4).zeros(16);
+    return Bytes()
+        .u32(0x8150120).u32(static_cast<std::uint32_t>(88 + bitstream.size())).u32(0xA3200).zeros(20).zeros(48)
+        .u32(index).zeros(4).append(bitstream);
 }
 
 Bytes cameraTag(std::uint32_t channel, std::uint32_t module = 0)
@@ -255,6 +258,45 @@ Bytes userInfos(std::uint32_t tags)
     return repeat(tags, userInfoTag);
 }
 
+constexpr std::uint32_t modulesOfMixed = 64;
+
+Bytes mixedTag(std::uint32_t i)
+{
+    if (i == 0) {
+        return processTag(0);
+    }
+    if (i <= modulesOfMixed) {
+        return moduleTag(i - 1, 0);
+    }
+    switch (i % 10) {
+    case 0:
+    case 1:
+    case 2:
+        return newRegisterTag(i);
+    case 3:
+        return oldRegisterTag(i);
+    case 4:
+        return linkTag(numbered("alias_", i), numbered("register_", i - 1));
+    case 5:
+        return userInfoTag(i);
+    case 6:
+        return cameraTag(i);
+    default:
+        return paramTag(i % modulesOfMixed, i);
+    }
+}
+
+/// Bytes that do not compress.
+Bytes noise(std::size_t count, std::uint32_t state)
+{
+    Bytes bytes;
+    for (std::size_t i = 0; i < count; ++i) {
+        state = state * 1664525 + 1013904223;
+        bytes.u8(state >> 24U);
+    }
+    return bytes;
+}
+
 // clang-format off
 constexpr std::array allShapes{
     Shape{"mixed",               mixedTags},
@@ -299,29 +341,23 @@ Shape const& shapeNamed(std::string const& name)
 
 Bytes mixedTags(std::uint32_t tags)
 {
-    constexpr std::uint32_t modules = 64;
-    return repeat(tags, [](std::uint32_t i) -> Bytes {
-        if (i == 0) {
-            return processTag(0);
-        }
-        if (i <= modules) {
-            return moduleTag(i - 1, 0);
-        }
-        switch (i % 10) {
-        case 0:
-        case 1:
-        case 2:
-            return newRegisterTag(i);
-        case 3:
-            return oldRegisterTag(i);
-        case 4:
-            return linkTag(numbered("alias_", i), numbered("register_", i - 1));
-        case 5:
-            return userInfoTag(i);
-        case 6:
-            return cameraTag(i);
-        default:
-            return paramTag(i % modules, i);
-        }
-    });
+    return repeat(tags, mixedTag);
+}
+
+Bytes designTags(std::uint32_t tags)
+{
+    constexpr std::uint32_t boards = 3;
+    constexpr std::uint32_t libraries = 2;
+    ContainerBytes container;
+    for (std::uint32_t i = 0; i < tags - boards - libraries; ++i) {
+        container.tag(i > modulesOfMixed && i % 20 == 16 ? eventTag(i, numbered("register_", i - 6))
+                                                         : mixedTag(i));
+    }
+    for (std::uint32_t i = 0; i < libraries; ++i) {
+        container.tag(libraryTag(numbered("operators_", i), noise(32U << 10U, i)));
+    }
+    for (std::uint32_t i = 0; i < boards; ++i) {
+        container.tag(destinationTag(i)).config(configTag(i, noise(64U << 10U, libraries + i)));
+    }
+    return container.build(8);
 }

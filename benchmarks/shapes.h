@@ -19,3 +19,6 @@ std::span<Shape const> shapes();
 Shape const& shapeNamed(std::string const& name);
 /// Tags of all common kinds, in the proportions of a large design.
 Bytes mixedTags(std::uint32_t tags);
+/// The same with events, and with payloads: two libraries, three boards, and a bitstream for each.
+/// @param tags at least 100, destinations and libraries included, configurations not
+Bytes designTags(std::uint32_t tags);

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs the packages of the given groups that are missing. Does nothing and needs no network when none is.
-# usage: scripts/dependencies.sh build|test|ci...
+# usage: scripts/dependencies.sh build|test|ci|field...
 set -euo pipefail
 
 packages_of() {
@@ -8,8 +8,9 @@ packages_of() {
     build) echo cmake ninja-build g++ zlib1g-dev libboost-dev libcli11-dev nlohmann-json3-dev ;;
     test) echo libgtest-dev libgmock-dev ;;
     ci) echo clang clang-format clang-tidy libclang-rt-14-dev libbenchmark-dev llvm python3 valgrind ;;
+    field) echo libprotobuf-dev protobuf-compiler ;; # what the benchmarks compare with
     *)
-        echo "usage: $0 build|test|ci..." >&2
+        echo "usage: $0 build|test|ci|field..." >&2
         exit 2
         ;;
     esac

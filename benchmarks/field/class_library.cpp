@@ -1,0 +1,88 @@
+#include "container_format.h"
+
+#include "zullib.h"
+
+#include <stdexcept>
+#include <unordered_map>
+
+namespace {
+
+class ClassLibraryDesign : public OpenDesign {
+public:
+    explicit ClassLibraryDesign(std::span<std::byte const> bytes)
+    {
+        if (m_zul.Load(bytes.data(), bytes.size()) != 0) {
+            throw std::runtime_error("the container does not load");
+        }
+        // A parameter knows its module; the other way round is the caller's.
+        for (unsigned int i = 0; i < m_zul.getTagCount(ZUL_param::tag_id); ++i) {
+            auto const* const param = static_cast<ZUL_param const*>(m_zul.getTagAt(ZUL_param::tag_id, i));
+            m_parameters[param->getModule()].push_back(param);
+        }
+    }
+
+    LookedUp lookUp(std::span<std::string const> names) override
+    {
+        LookedUp all;
+        for (std::string const& name : names) {
+            ZUL_register const* const found = m_zul.getRegisterAt(m_zul.getRegisterByName(name.c_str()));
+            if (found != nullptr) {
+                all.add(found->getAddress());
+            }
+        }
+        return all;
+    }
+
+    Walked walk() override
+    {
+        Walked walked;
+        for (unsigned int i = 0; i < m_zul.getTagCount(ZUL_module::tag_id); ++i) {
+            auto const* const module = static_cast<ZUL_module const*>(m_zul.getTagAt(ZUL_module::tag_id, i));
+            if (auto const found = m_parameters.find(module); found != m_parameters.end()) {
+                for (ZUL_param const* const param : found->second) {
+                    walked.add(param->getValue(), *param->getName());
+                }
+            }
+        }
+        return walked;
+    }
+
+    std::vector<std::span<std::byte const>> bitstreams() override
+    {
+        std::vector<std::span<std::byte const>> all;
+        for (unsigned int i = 0; i < m_zul.getConfigCount(); ++i) {
+            ZUL_multi_data const& config = *m_zul.getConfigAt(i);
+            all.emplace_back(static_cast<std::byte const*>(config.getData()), config.getLength());
+        }
+        return all;
+    }
+
+    Stored save() override
+    {
+        std::size_t const length = m_zul.getSaveLength();
+        auto const bytes = std::make_shared_for_overwrite<std::byte[]>(length);
+        if (m_zul.Save(bytes.get(), length) != 0) {
+            throw std::runtime_error("the container cannot be saved");
+        }
+        return {bytes, {bytes.get(), length}};
+    }
+
+private:
+    ZUL m_zul;
+    std::unordered_map<ZUL_module const*, std::vector<ZUL_param const*>> m_parameters;
+};
+
+class ClassLibrary : public ContainerFormat {
+    std::string name() const override { return "class library"; }
+    std::unique_ptr<OpenDesign> open(std::span<std::byte const> bytes) const override
+    {
+        return std::make_unique<ClassLibraryDesign>(bytes);
+    }
+};
+
+} // namespace
+
+std::unique_ptr<Format> classLibrary()
+{
+    return std::make_unique<ClassLibrary>();
+}

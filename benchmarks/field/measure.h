@@ -1,0 +1,27 @@
+#pragma once
+
+#include "format.h"
+
+#include <array>
+
+/// What is measured of a format: seconds, and bytes.
+enum Cost : std::size_t { opening, lookingUp, walking, handingOut, saving, closing, wholeJob, peakMemory };
+constexpr std::array costNames{"open", "look up", "walk",      "bitstreams",
+                               "save", "close",   "whole job", "peak memory"};
+using Costs = std::array<double, costNames.size()>;
+
+/// Designs of one format, and what to ask them.
+struct Task {
+    Format const& format;
+    std::span<std::byte const> warmUp; ///< a small design: opened first, so that the code is in memory
+    std::span<std::byte const> design;
+    std::span<std::string const> warmUpNames;
+    std::span<std::string const> names;
+};
+
+/// Measures in two processes of their own, which begin with an empty heap and the design's bytes in memory: one goes
+/// through the operations one by one, one does the whole job (open, look up, walk, close). Each repeats what it does and
+/// answers with the medians of its processor time. Saving is NaN where a format does not save.
+/// @param repetitions at least 1
+/// @throws std::runtime_error when a process fails
+Costs measure(Task const& task, unsigned repetitions);
