@@ -8,7 +8,10 @@ packages_of() {
     build) echo cmake ninja-build g++ zlib1g-dev libboost-dev libcli11-dev nlohmann-json3-dev ;;
     test) echo libgtest-dev libgmock-dev ;;
     ci) echo clang clang-format clang-tidy libclang-rt-14-dev libbenchmark-dev llvm python3 valgrind ;;
-    field) echo libprotobuf-dev protobuf-compiler ;; # what the benchmarks compare with
+    field) # the formats that the benchmarks compare with
+        echo capnproto flatbuffers-compiler libcapnp-dev libflatbuffers-dev libprotobuf-dev libsqlite3-dev nlohmann-json3-dev \
+            protobuf-compiler
+        ;;
     *)
         echo "usage: $0 build|test|ci|field..." >&2
         exit 2

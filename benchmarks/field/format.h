@@ -108,4 +108,4 @@ std::unique_ptr<Format> protobufArena();
 std::unique_ptr<Format> flatBuffers();
 std::unique_ptr<Format> capnProto();
 std::unique_ptr<Format> sqlite();
-std::unique_ptr<Format> json();
+std::unique_ptr<Format> jsonText();

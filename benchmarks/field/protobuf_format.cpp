@@ -15,23 +15,23 @@ void setPayload(std::string& to, Content::Payload from)
     to.assign(reinterpret_cast<char const*>(from.data()), from.size());
 }
 
-void writeModules(Content const& content, field::Design& design)
+void writeModules(Content const& content, field::proto::Design& design)
 {
     for (auto const& from : content.processes) {
-        field::Process& to = *design.add_processes();
+        field::proto::Process& to = *design.add_processes();
         to.set_id(from.id);
         to.set_name(from.name);
         to.set_clock(from.clock);
     }
     for (auto const& from : content.modules) {
-        field::Module& to = *design.add_modules();
+        field::proto::Module& to = *design.add_modules();
         to.set_index(from.index);
         to.set_process(from.process);
         to.set_type(from.type);
         to.set_name(from.name);
         to.set_full_name(from.fullName);
         for (auto const& parameter : from.parameters) {
-            field::Parameter& added = *to.add_parameters();
+            field::proto::Parameter& added = *to.add_parameters();
             added.set_name(parameter.name);
             added.set_value(parameter.value);
             added.set_type(parameter.type);
@@ -39,16 +39,16 @@ void writeModules(Content const& content, field::Design& design)
         }
     }
     for (auto const& from : content.cameras) {
-        field::Camera& to = *design.add_cameras();
+        field::proto::Camera& to = *design.add_cameras();
         to.set_channel(from.channel);
         to.set_module(from.module);
     }
 }
 
-void writeRegisters(Content const& content, field::Design& design)
+void writeRegisters(Content const& content, field::proto::Design& design)
 {
     for (auto const& from : content.registers) {
-        field::Register& to = *design.add_registers();
+        field::proto::Register& to = *design.add_registers();
         to.set_name(from.name);
         to.set_address(from.address);
         to.set_value(from.value);
@@ -59,14 +59,14 @@ void writeRegisters(Content const& content, field::Design& design)
         to.set_old(from.old);
     }
     for (auto const& from : content.links) {
-        field::Link& to = *design.add_links();
+        field::proto::Link& to = *design.add_links();
         to.set_alias(from.alias);
         to.set_target(from.target);
         to.set_access(from.access);
         to.set_read_only(from.readOnly);
     }
     for (auto const& from : content.events) {
-        field::Event& to = *design.add_events();
+        field::proto::Event& to = *design.add_events();
         to.set_name(from.name);
         to.set_register_name(from.registerName);
         to.set_queue(from.queue);
@@ -75,23 +75,23 @@ void writeRegisters(Content const& content, field::Design& design)
     }
 }
 
-void writePayloads(Content const& content, field::Design& design)
+void writePayloads(Content const& content, field::proto::Design& design)
 {
     for (auto const& from : content.userInfos) {
-        field::UserInfo& to = *design.add_user_infos();
+        field::proto::UserInfo& to = *design.add_user_infos();
         to.set_name(from.name);
         to.set_number(from.number);
         to.set_text(from.text);
     }
     for (auto const& from : content.libraries) {
-        field::Library& to = *design.add_libraries();
+        field::proto::Library& to = *design.add_libraries();
         to.set_name(from.name);
         to.set_system(from.system);
         to.set_compressed(from.compressed);
         setPayload(*to.mutable_content(), from.bytes);
     }
     for (auto const& from : content.configurations) {
-        field::Configuration& to = *design.add_configurations();
+        field::proto::Configuration& to = *design.add_configurations();
         to.set_index(from.index);
         to.set_fpga_type(from.fpgaType);
         to.set_board(from.board);
@@ -107,19 +107,19 @@ public:
     {
         if (inArena) {
             m_arena = std::make_unique<google::protobuf::Arena>();
-            m_design = google::protobuf::Arena::CreateMessage<field::Design>(m_arena.get());
+            m_design = google::protobuf::Arena::CreateMessage<field::proto::Design>(m_arena.get());
         } else {
-            m_onHeap = std::make_unique<field::Design>();
+            m_onHeap = std::make_unique<field::proto::Design>();
             m_design = m_onHeap.get();
         }
     }
-    field::Design& operator*() const { return *m_design; }
-    field::Design* operator->() const { return m_design; }
+    field::proto::Design& operator*() const { return *m_design; }
+    field::proto::Design* operator->() const { return m_design; }
 
 private:
     std::unique_ptr<google::protobuf::Arena> m_arena;
-    std::unique_ptr<field::Design> m_onHeap;
-    field::Design* m_design;
+    std::unique_ptr<field::proto::Design> m_onHeap;
+    field::proto::Design* m_design;
 };
 
 class ProtobufDesign : public OpenDesign {
@@ -131,7 +131,7 @@ public:
             throw std::runtime_error("the message does not parse");
         }
         m_registers.reserve(static_cast<std::size_t>(m_design->registers_size()));
-        for (field::Register const& r : m_design->registers()) {
+        for (field::proto::Register const& r : m_design->registers()) {
             m_registers.emplace(r.name(), &r);
         }
     }
@@ -150,8 +150,8 @@ public:
     Walked walk() override
     {
         Walked walked;
-        for (field::Module const& module : m_design->modules()) {
-            for (field::Parameter const& parameter : module.parameters()) {
+        for (field::proto::Module const& module : m_design->modules()) {
+            for (field::proto::Parameter const& parameter : module.parameters()) {
                 walked.add(parameter.value(), parameter.name().front());
             }
         }
@@ -161,7 +161,7 @@ public:
     std::vector<std::span<std::byte const>> bitstreams() override
     {
         std::vector<std::span<std::byte const>> all;
-        for (field::Configuration const& configuration : m_design->configurations()) {
+        for (field::proto::Configuration const& configuration : m_design->configurations()) {
             all.push_back(std::as_bytes(std::span(configuration.bitstream())));
         }
         return all;
@@ -171,7 +171,7 @@ public:
 
 private:
     OwnedMessage m_design;
-    std::unordered_map<std::string_view, field::Register const*> m_registers;
+    std::unordered_map<std::string_view, field::proto::Register const*> m_registers;
 };
 
 class Protobuf : public Format {
@@ -181,7 +181,7 @@ public:
 
     Stored write(Content const& content, std::span<std::byte const>) const override
     {
-        field::Design design;
+        field::proto::Design design;
         writeModules(content, design);
         writeRegisters(content, design);
         writePayloads(content, design);
