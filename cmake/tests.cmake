@@ -1,7 +1,7 @@
 # One test program a layer; the sources mirror the source tree.
 
 # What is tested is optimised; the tests themselves are not, which builds them in half the time.
-set(ZUL_TEST_OPTIONS -O0)
+set(ZUL_TEST_OPTIONS -O0 -U_FORTIFY_SOURCE)
 
 # What tests share. It also carries the precompiled header of all test programs.
 zul_sources(support_sources tests/support)
@@ -99,5 +99,17 @@ if(TARGET program_tests)
     if(TARGET zul)
         add_dependencies(program_tests zul)
     endif()
+endif()
+# What is tried from outside: killing, full disks, many processes, and the files that were built.
+if(TARGET zul_program)
+    zul_test_program(crash_tests crashes zul_program)
+endif()
+if(TARGET crash_tests)
+    target_include_directories(crash_tests PRIVATE Runtime/zulrt/src tests/Tools/zul)
+    target_compile_definitions(crash_tests PRIVATE
+        ZUL_RUNTIME_LIBRARY="$<TARGET_FILE:zulrt>"
+        ZUL_PROGRAM="$<TARGET_FILE:zul>"
+        ZUL_FORTIFIED=$<BOOL:${ZUL_FORTIFIED}>)
+    add_dependencies(crash_tests zul zulrt)
 endif()
 zul_subdirectory(tests/support)
