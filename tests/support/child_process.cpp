@@ -42,9 +42,13 @@ int inChildProcess(std::function<int()> const& action)
     int result = 0;
     bool const answered = read(ends[0], &result, sizeof result) == sizeof result;
     close(ends[0]);
-    waitpid(child, nullptr, 0);
+    int status = 1;
+    waitpid(child, &status, 0);
     if (!answered) {
         throw std::runtime_error("the child process gave no answer");
+    }
+    if (status != 0) { // a sanitizer tells at the end what it found on the way
+        throw std::runtime_error("the child process answered, but did not end well");
     }
     return result;
 }

@@ -2,7 +2,6 @@
 
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <stdexcept>
 #include <stdlib.h>
 
@@ -31,8 +30,16 @@ void writeFile(std::string const& path, Bytes const& contents)
 
 Bytes readFile(std::string const& path)
 {
+    constexpr std::size_t pieceSize = std::size_t{1} << 16U;
     std::ifstream file(path, std::ios::binary);
-    return Bytes().chars(std::string(std::istreambuf_iterator<char>(file), {}));
+    Bytes bytes;
+    for (bool more = true; more;) {
+        std::size_t const length = bytes.size();
+        bytes.zeros(pieceSize);
+        more = static_cast<bool>(file.read(reinterpret_cast<char*>(bytes.data()) + length, pieceSize));
+        bytes.cut(length + static_cast<std::size_t>(file.gcount()));
+    }
+    return bytes;
 }
 
 bool exists(std::string const& path)

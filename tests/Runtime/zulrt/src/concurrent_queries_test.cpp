@@ -1,32 +1,16 @@
 #include "design_answers.h"
 #include "designs.h"
+#include "threads.h"
 
 #include <gtest/gtest.h>
 
 #include <atomic>
 #include <cstdint>
-#include <latch>
-#include <thread>
 #include <vector>
 
 namespace {
 
-constexpr unsigned threadCount = 8;
 constexpr std::size_t callCount = 10'000'000;
-
-/// Runs @p work in all threads, which begin together.
-template <class Work>
-void inThreads(Work const& work)
-{
-    std::latch start(threadCount);
-    std::vector<std::jthread> threads;
-    for (unsigned i = 0; i < threadCount; ++i) {
-        threads.emplace_back([&, i] {
-            start.arrive_and_wait();
-            work(i);
-        });
-    }
-}
 
 /// What one thread gets from a design of its own. Pointers differ between designs, so only the others are compared.
 std::string textsOf(fpga_design const* design)
