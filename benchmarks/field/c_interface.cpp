@@ -60,7 +60,7 @@ private:
 };
 
 class CInterface : public ContainerFormat {
-    std::string name() const override { return "C interface"; }
+    std::string name() const override { return "ZUL C interface"; }
     bool canSave() const override { return false; }
     std::unique_ptr<OpenDesign> open(std::span<std::byte const> bytes) const override
     {

@@ -25,8 +25,7 @@ public:
     {
         LookedUp all;
         for (std::string const& name : names) {
-            ZUL_register const* const found = m_zul.getRegisterAt(m_zul.getRegisterByName(name.c_str()));
-            if (found != nullptr) {
+            if (ZUL_register const* const found = m_zul.findRegister(name)) {
                 all.add(found->getAddress());
             }
         }
@@ -73,7 +72,7 @@ private:
 };
 
 class ClassLibrary : public ContainerFormat {
-    std::string name() const override { return "class library"; }
+    std::string name() const override { return "ZUL class library"; }
     std::unique_ptr<OpenDesign> open(std::span<std::byte const> bytes) const override
     {
         return std::make_unique<ClassLibraryDesign>(bytes);

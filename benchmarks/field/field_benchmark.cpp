@@ -62,10 +62,10 @@ private:
     std::vector<std::string> m_names;
 };
 
-/// Enough for small designs to be timed, and not more than that.
-unsigned repetitionsFor(std::uint32_t records)
+/// Small designs are measured several times a round.
+unsigned samplesInRound(std::uint32_t records)
 {
-    return std::clamp(100'000 / records, 1U, 100U);
+    return std::clamp(100'000 / records, 1U, 20U);
 }
 
 SizeResult measureSize(Formats const& formats, Designs const& small, std::uint32_t records, unsigned rounds)
@@ -81,7 +81,9 @@ SizeResult measureSize(Formats const& formats, Designs const& small, std::uint32
         for (std::size_t i = 0; i < formats.size(); ++i) {
             std::cerr << "  round " << round << " of " << rounds << ": " << formats[i]->name() << '\n';
             Task const task{*formats[i], small.bytes(i), designs.bytes(i), small.names(), designs.names()};
-            result.formats[i].rounds.push_back(measure(task, repetitionsFor(records)));
+            for (unsigned sample = 0; sample < samplesInRound(records); ++sample) {
+                result.formats[i].samples.push_back(measure(task));
+            }
         }
     }
     return result;
@@ -146,11 +148,11 @@ int main(int argc, char** argv)
         ->delimiter(',')
         ->check(CLI::Range(100U, 10'000'000U))
         ->capture_default_str();
-    program.add_option("--rounds", options.rounds, "Rounds over all formats, whose medians count")
+    program.add_option("--rounds", options.rounds, "Rounds over all formats")
         ->check(CLI::PositiveNumber)
         ->capture_default_str();
     program.add_option("--only", options.only, "Formats, instead of all: " + formatNames())->delimiter(';');
-    program.add_option("--json", options.json, "Writes every round to this file");
+    program.add_option("--json", options.json, "Writes every sample to this file");
     program.add_option("--svg", options.svg, "Draws the whole job over the size into this file");
     CLI11_PARSE(program, argc, argv);
     try {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <limits>
 #include <ostream>
 
 namespace {
@@ -13,7 +14,7 @@ constexpr double left = 78;
 constexpr double right = 660;
 constexpr double top = 78;
 constexpr double bottom = 478;
-constexpr double labelDistance = 19; // between the baselines of two names
+constexpr double nameHeight = 20;
 
 // Colours that can be told apart on white and on black, one a format; the first one stands out by its weight as well.
 constexpr std::array lightColours{"#0b57d0", "#12a4b8", "#7a7f87", "#d1495b", "#e8871e",
@@ -21,10 +22,10 @@ constexpr std::array lightColours{"#0b57d0", "#12a4b8", "#7a7f87", "#d1495b", "#
 constexpr std::array darkColours{"#7cb4ff", "#4fd1e0", "#a3a9b2", "#ff7f8e", "#ffb25c",
                                  "#63d197", "#c3a0ff", "#e6c34a", "#ff8fc0"};
 
-/// A logarithmic axis over whole decades.
+/// A logarithmic axis.
 struct Axis {
-    int first; // powers of ten
-    int last;
+    double first; // logarithms
+    double last;
     double from; // pixels
     double to;
 
@@ -32,14 +33,15 @@ struct Axis {
     {
         return from + (to - from) * (std::log10(value) - first) / (last - first);
     }
+    /// The powers of ten that lie on it.
+    int firstDecade() const { return static_cast<int>(std::ceil(first)); }
+    int lastDecade() const { return static_cast<int>(std::floor(last)); }
 };
 
-Axis axisOver(double lowest, double highest, double from, double to)
+/// @param margin room before the lowest and behind the highest value, as a factor
+Axis axisOver(double lowest, double highest, double margin, double from, double to)
 {
-    // A point on a decade begins or ends the axis; a single one needs room all the same.
-    int const first = static_cast<int>(std::floor(std::log10(lowest) + 1e-9));
-    int const last = static_cast<int>(std::ceil(std::log10(highest) - 1e-9));
-    return {first, std::max(last, first + 1), from, to};
+    return {std::log10(lowest / margin), std::log10(highest * margin), from, to};
 }
 
 std::string fixed(double value)
@@ -83,12 +85,12 @@ private:
         auto const [least, most] =
             std::minmax_element(results.begin(), results.end(),
                                 [](auto const& a, auto const& b) { return a.records < b.records; });
-        return axisOver(least->records, most->records, left, right);
+        return axisOver(least->records, most->records, 1.05, left, right);
     }
 
     static Axis yAxis(std::span<SizeResult const> results)
     {
-        double least = INFINITY;
+        double least = std::numeric_limits<double>::infinity();
         double most = 0;
         for (SizeResult const& size : results) {
             for (FormatResult const& format : size.formats) {
@@ -96,7 +98,7 @@ private:
                 most = std::max(most, format.median(wholeJob));
             }
         }
-        return axisOver(least, most, bottom, top);
+        return axisOver(least, most, 1.6, bottom, top);
     }
 
     std::size_t formatCount() const { return m_results.front().formats.size(); }
@@ -107,9 +109,10 @@ private:
         return m_y.at(size.formats.at(format).median(wholeJob));
     }
 
-    void printColours(std::span<char const* const> colours, char const* text, char const* grid)
+    void printColours(std::span<char const* const> colours, char const* paper, char const* text,
+                      char const* grid)
     {
-        m_out << "text{fill:" << text << "}.grid{stroke:" << grid << "}";
+        m_out << ".paper{fill:" << paper << "}text{fill:" << text << "}.grid{stroke:" << grid << "}";
         for (std::size_t i = 0; i < formatCount(); ++i) {
             char const* const colour = colours[i % colours.size()];
             m_out << ".f" << i << "{stroke:" << colour << "}.f" << i << " circle,.n" << i
@@ -129,11 +132,12 @@ private:
                  ".first{font-weight:700}.grid{stroke-width:1}"
                  ".line{fill:none;stroke-width:2;stroke-linejoin:round;stroke-linecap:round}.line "
                  "circle{stroke:none}"
-                 ".f0{stroke-width:4}.lead{stroke-width:1;fill:none;opacity:.6}";
-        printColours(lightColours, "#1f2328", "#d8dce1");
+                 ".f0{stroke-width:4}.lead{stroke-width:1;fill:none;opacity:.7}";
+        printColours(lightColours, "#ffffff", "#1f2328", "#d8dce1");
         m_out << "@media(prefers-color-scheme:dark){";
-        printColours(darkColours, "#e6edf3", "#363c44");
+        printColours(darkColours, "#0d1117", "#e6edf3", "#363c44");
         m_out << "}</style>\n"
+              << "<rect class=\"paper\" width=\"100%\" height=\"100%\" rx=\"10\"/>\n"
               << "<text class=\"head\" x=\"" << left
               << "\" y=\"30\">Open, look up every register, walk every "
                  "parameter, close</text>\n"
@@ -144,13 +148,13 @@ private:
 
     void printGrid()
     {
-        for (int power = m_y.first; power <= m_y.last; ++power) {
+        for (int power = m_y.firstDecade(); power <= m_y.lastDecade(); ++power) {
             std::string const y = fixed(m_y.at(std::pow(10, power)));
             m_out << "<line class=\"grid\" x1=\"" << left << "\" x2=\"" << right << "\" y1=\"" << y
                   << "\" y2=\"" << y << "\"/><text class=\"small\" text-anchor=\"end\" x=\"" << left - 10
                   << "\" y=\"" << y << "\" dy=\"4.5\">" << timeLabel(power) << "</text>\n";
         }
-        for (int power = m_x.first; power <= m_x.last; ++power) {
+        for (int power = m_x.firstDecade(); power <= m_x.lastDecade(); ++power) {
             std::string const x = fixed(m_x.at(std::pow(10, power)));
             m_out << "<line class=\"grid\" y1=\"" << top << "\" y2=\"" << bottom << "\" x1=\"" << x
                   << "\" x2=\"" << x << "\"/><text class=\"small\" text-anchor=\"middle\" x=\"" << x
@@ -176,32 +180,39 @@ private:
         m_out << "</g>\n";
     }
 
-    /// Beside the ends of the lines, moved apart where these lie too close.
-    void printNames()
+    struct Name {
+        std::size_t format;
+        double end; // of its line
+        double y;
+    };
+
+    /// Names as near to the ends of their lines as they can stand without touching each other.
+    std::vector<Name> placedNames() const
     {
-        struct Name {
-            std::size_t format;
-            double end;
-            double y;
-        };
         std::vector<Name> names;
         for (std::size_t format = 0; format < formatCount(); ++format) {
             double const end = pointY(m_results.back(), format);
             names.push_back({format, end, end});
         }
         std::sort(names.begin(), names.end(), [](Name const& a, Name const& b) { return a.end < b.end; });
-        for (std::size_t i = 1; i < names.size(); ++i) {
-            names[i].y = std::max(names[i].y, names[i - 1].y + labelDistance);
+        // Two that touch move apart by the same distance, until none do: enough rounds for every name to pass it on.
+        for (std::size_t round = 0; round < 100 * names.size(); ++round) {
+            names.front().y = std::max(names.front().y, top);
+            for (std::size_t i = 1; i < names.size(); ++i) {
+                double const overlap = names[i - 1].y + nameHeight - names[i].y;
+                names[i - 1].y -= std::max(overlap, 0.0) / 2;
+                names[i].y += std::max(overlap, 0.0) / 2;
+            }
         }
-        double lowest = bottom;
-        for (std::size_t i = names.size(); i-- > 0; lowest -= labelDistance) {
-            names[i].y = std::min(names[i].y, lowest);
-            lowest = names[i].y;
-        }
+        return names;
+    }
+
+    void printNames()
+    {
         double const x = pointX(m_results.back());
-        for (Name const& name : names) {
-            m_out << "<path class=\"lead f" << name.format << "\" style=\"stroke-width:1\" d=\"M"
-                  << fixed(x + 8) << ' ' << fixed(name.end) << 'L' << fixed(x + 22) << ' ' << fixed(name.y)
+        for (Name const& name : placedNames()) {
+            m_out << "<path class=\"lead f" << name.format << "\" d=\"M" << fixed(x + 8) << ' '
+                  << fixed(name.end) << 'L' << fixed(x + 22) << ' ' << fixed(name.y)
                   << "\"/><text class=\"name n" << name.format << (name.format == 0 ? " first" : "")
                   << "\" x=\"" << fixed(x + 28) << "\" y=\"" << fixed(name.y) << "\" dy=\"5\">"
                   << m_results.front().formats.at(name.format).format << "</text>\n";

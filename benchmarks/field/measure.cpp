@@ -2,7 +2,6 @@
 
 #include "child.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -100,49 +99,20 @@ void forgetPeak()
     }
 }
 
-double median(std::vector<double> values)
-{
-    auto const middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-    std::nth_element(values.begin(), middle, values.end());
-    return *middle;
-}
-
-Costs medians(std::vector<Costs> const& samples)
-{
-    Costs result{};
-    for (std::size_t cost = 0; cost < result.size(); ++cost) {
-        std::vector<double> values;
-        for (Costs const& sample : samples) {
-            values.push_back(sample.at(cost));
-        }
-        result.at(cost) = median(values);
-    }
-    return result;
-}
-
-Costs operations(Task const& task, unsigned repetitions)
+Costs operations(Task const& task)
 {
     oneByOne(task.format, task.warmUp, task.warmUpNames);
-    std::vector<Costs> samples(repetitions);
-    std::generate(samples.begin(), samples.end(),
-                  [&] { return oneByOne(task.format, task.design, task.names); });
-    return medians(samples);
+    return oneByOne(task.format, task.design, task.names);
 }
 
-Costs wholeJobs(Task const& task, unsigned repetitions)
+Costs wholeJobAndPeak(Task const& task)
 {
     doWholeJob(task.format, task.warmUp, task.warmUpNames);
     forgetPeak();
     Costs costs{};
     double const before = peakBytes();
-    std::vector<double> samples;
-    for (unsigned i = 0; i < repetitions; ++i) {
-        samples.push_back(secondsOf([&] { doWholeJob(task.format, task.design, task.names); }));
-        if (i == 0) {
-            costs[peakMemory] = peakBytes() - before;
-        }
-    }
-    costs[wholeJob] = median(samples);
+    costs[wholeJob] = secondsOf([&] { doWholeJob(task.format, task.design, task.names); });
+    costs[peakMemory] = peakBytes() - before;
     return costs;
 }
 
@@ -160,10 +130,10 @@ Costs inChild(std::function<Costs()> const& action)
 
 } // namespace
 
-Costs measure(Task const& task, unsigned repetitions)
+Costs measure(Task const& task)
 {
-    Costs costs = inChild([&] { return operations(task, repetitions); });
-    Costs const whole = inChild([&] { return wholeJobs(task, repetitions); });
+    Costs costs = inChild([&] { return operations(task); });
+    Costs const whole = inChild([&] { return wholeJobAndPeak(task); });
     costs[wholeJob] = whole[wholeJob];
     costs[peakMemory] = whole[peakMemory];
     return costs;

@@ -19,9 +19,8 @@ struct Task {
     std::span<std::string const> names;
 };
 
-/// Measures in two processes of their own, which begin with an empty heap and the design's bytes in memory: one goes
-/// through the operations one by one, one does the whole job (open, look up, walk, close). Each repeats what it does and
-/// answers with the medians of its processor time. Saving is NaN where a format does not save.
-/// @param repetitions at least 1
+/// Measures in two processes of their own, which have the design's bytes in memory and have opened nothing but the small
+/// design: one goes through the operations one by one, one does the whole job (open, look up, walk, close). Times are
+/// processor times. Saving is NaN where a format does not save.
 /// @throws std::runtime_error when a process fails
-Costs measure(Task const& task, unsigned repetitions);
+Costs measure(Task const& task);

@@ -8,11 +8,11 @@
 
 namespace {
 
-std::vector<double> samples(FormatResult const& result, std::size_t cost)
+std::vector<double> sorted(FormatResult const& result, std::size_t cost)
 {
     std::vector<double> values;
-    for (Costs const& round : result.rounds) {
-        values.push_back(round.at(cost));
+    for (Costs const& sample : result.samples) {
+        values.push_back(sample.at(cost));
     }
     std::sort(values.begin(), values.end());
     return values;
@@ -21,6 +21,9 @@ std::vector<double> samples(FormatResult const& result, std::size_t cost)
 /// With three digits that count, four places at most.
 std::string threeDigits(double value)
 {
+    if (value < 0.0001) {
+        return "<0.0001";
+    }
     int const places = value >= 100 ? 0 : value >= 10 ? 1 : value >= 0.1 ? 2 : 4;
     char text[32];
     std::snprintf(text, sizeof text, "%.*f", places, value);
@@ -51,7 +54,9 @@ std::string cell(FormatResult const& result, FormatResult const& measure, std::s
 
 void printTable(std::ostream& out, SizeResult const& size)
 {
-    out << "\n" << withThousands(size.records) << " records:\n\n| |";
+    out << "\n"
+        << withThousands(size.records) << " records, medians of " << size.formats.front().samples.size()
+        << " samples:\n\n| |";
     for (char const* const name : costNames) {
         out << ' ' << name << " |";
     }
@@ -87,18 +92,18 @@ std::string withThousands(std::uint64_t number)
 
 double FormatResult::median(std::size_t cost) const
 {
-    return samples(*this, cost).at(rounds.size() / 2);
+    return sorted(*this, cost).at(samples.size() / 2);
 }
 
 double FormatResult::minimum(std::size_t cost) const
 {
-    return samples(*this, cost).front();
+    return sorted(*this, cost).front();
 }
 
 void printMarkdown(std::ostream& out, std::span<SizeResult const> results)
 {
-    out << "Medians of " << results.front().formats.front().rounds.size() << " rounds, processor time. The "
-        << "first line of a table is absolute; the others are multiples of it.\n";
+    out << "Medians of processor time. The first line of a table is absolute; the others are multiples of "
+           "it.\n";
     for (SizeResult const& size : results) {
         printTable(out, size);
     }
@@ -114,7 +119,7 @@ void printJson(std::ostream& out, std::span<SizeResult const> results)
             for (std::size_t cost = 0; cost < costNames.size(); ++cost) {
                 costs[costNames.at(cost)] = {{"median", result.median(cost)},
                                              {"minimum", result.minimum(cost)},
-                                             {"rounds", samples(result, cost)}};
+                                             {"samples", sorted(result, cost)}};
             }
             formats.push_back({{"format", result.format}, {"bytes", result.bytes}, {"costs", costs}});
         }

@@ -8,8 +8,8 @@
 /// What was measured of one format with designs of one size.
 struct FormatResult {
     std::string format;
-    std::size_t bytes = 0;     ///< of the design in this format
-    std::vector<Costs> rounds; ///< at least one
+    std::size_t bytes = 0;      ///< of the design in this format
+    std::vector<Costs> samples; ///< at least one
 
     double median(std::size_t cost) const;
     double minimum(std::size_t cost) const;
@@ -26,7 +26,7 @@ std::string withThousands(std::uint64_t number);
 
 /// A table for each size: times of the first format, and how often they fit into those of the others.
 void printMarkdown(std::ostream& out, std::span<SizeResult const> results);
-/// Every round.
+/// Every sample.
 void printJson(std::ostream& out, std::span<SizeResult const> results);
 /// A picture: time of the whole job over the number of records, both axes logarithmic.
 void printSvg(std::ostream& out, std::span<SizeResult const> results);
