@@ -32,11 +32,10 @@ public:
     /// Appends @p element; a full array grows by exactly one slot.
     void Add(T* element)
     {
-        if (m_owns && kova::templates::platform::invariantsAreChecked()) {
-            kova::templates::platform::checkInvariant(std::find(m_list.begin(), m_list.end(), element) ==
-                                                          m_list.end(),
-                                                      "m_list[i] != n", "Common/zullib/include/dynarray", 44);
-        }
+        namespace platform = kova::templates::platform;
+        platform::checkInvariant(!m_owns || !platform::invariantsAreChecked() ||
+                                     std::find(m_list.begin(), m_list.end(), element) == m_list.end(),
+                                 "m_list[i] != n", "Common/zullib/include/dynarray", 44);
         addNew(element);
     }
 

@@ -41,10 +41,7 @@ void TagIndex::added(ZUL_tag& tag)
         return m_lastDestinations.added(tag);
     case ZUL_register::old_tag_id:
     case ZUL_register::new_tag_id:
-        if (auto* const reg = tagCast<ZUL_register>(&tag); reg != nullptr && m_namesState.built()) {
-            m_names.add(*reg);
-        }
-        return;
+        return m_namesState.drop(); // those that are not copied along with all others come with addNew()
     case ZUL_register_link::tag_id:
         if (auto* const link = tagCast<ZUL_register_link>(&tag); link != nullptr && m_namesState.built()) {
             m_names.add(*link);

@@ -144,7 +144,7 @@ std::unique_ptr<LaidOutTag> copy(ZUL* parent, ZUL_tag const& tag)
 }
 
 template <class Tag>
-constexpr TagKind kind(char const* className, char const* meaning)
+consteval TagKind kind(char const* className, char const* meaning)
 {
     return {Tag::tag_id, className, meaning, create<Tag>, copy<Tag>};
 }
@@ -182,12 +182,7 @@ constexpr std::array kinds{
 };
 // clang-format on
 
-constexpr bool byId(TagKind const& left, TagKind const& right)
-{
-    return left.id < right.id;
-}
-
-static_assert(std::is_sorted(kinds.begin(), kinds.end(), byId));
+static_assert(std::ranges::is_sorted(kinds, {}, &TagKind::id));
 
 } // namespace
 

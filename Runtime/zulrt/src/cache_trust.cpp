@@ -90,7 +90,7 @@ char const* describe(CacheTrust trust) noexcept
     case CacheTrust::MarkerOfAnotherUser:
         return "has a marker that belongs to another user";
     case CacheTrust::MarkerNotReadable:
-        return "has a marker that cannot be read";
+        break;
     }
-    return "is not trusted";
+    return "has a marker that cannot be read";
 }

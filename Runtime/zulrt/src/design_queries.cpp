@@ -11,14 +11,8 @@ constexpr std::string_view designName = "DESIGN_NAME";
 
 void const* dataOf(ZUL_user_info const& info)
 {
-    switch (info.getType()) {
-    case ZUL_user_info::integer:
-        return info.getInfoValuePtr();
-    case ZUL_user_info::text:
-        return info.getInfoString();
-    default:
-        return nullptr;
-    }
+    void const* const number = info.getInfoValuePtr();
+    return number == nullptr ? info.getInfoString() : number;
 }
 
 ZUL_user_info const* findInfo(ZUL const* zul, char const* name)

@@ -1,11 +1,11 @@
 #include "zulrt.h"
 
 #include "fpga_design.h"
+#include "outcome.h"
 
 #include <cerrno>
 #include <functional>
 #include <memory>
-#include <new>
 
 namespace {
 
@@ -27,14 +27,15 @@ auto ask(Handle const* handle, std::nullptr_t, Question question, Arguments... a
 template <class Result, class Work>
 Result guarded(Result failed, Work const& work) noexcept
 {
-    try {
-        return work();
-    } catch (std::bad_alloc const&) {
-        errno = ENOMEM;
-    } catch (...) {
-        errno = EFAULT;
+    Result result = failed;
+    int const outcome = outcomeOf([&] {
+        result = work();
+        return 0;
+    });
+    if (outcome != 0) {
+        errno = -outcome;
     }
-    return failed;
+    return result;
 }
 
 /// A new design after @p load; null, with errno, when that returns a negated error number.

@@ -1,5 +1,6 @@
 #include "child_process.h"
 #include "container_bytes.h"
+#include "failing_call.h"
 #include "files.h"
 #include "listing.h"
 #include "loaded_container.h"
@@ -12,6 +13,7 @@
 #include <filesystem>
 #include <functional>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 namespace {
@@ -237,6 +239,22 @@ TEST_F(SaveOverLoadedFile, ThatIsLargerThanAPage)
     ASSERT_EQ(zul.Save(path.c_str()), 0);
     EXPECT_EQ(std::string_view(static_cast<char const*>(zul.getConfigAt(0)->getData()), bits.size()), bits);
     EXPECT_EQ(std::string_view(static_cast<char const*>(zul.getConfigAt(1)->getData()), 4), "tail");
+}
+
+TEST_F(SaveOverLoadedFile, IsRefusedWhenItsBytesCannotBeKept)
+{
+    Bytes const before = readFile(path);
+    ASSERT_EQ(link(path.c_str(), (directory / "second.zul").c_str()), 0);
+    ZUL zul;
+    ASSERT_EQ(zul.Load(path.c_str()), 0);
+    zul.AddTag(new ZUL_comment(&zul));
+    Bytes const expected = savedContainer(zul);
+    auto const save = [&] {
+        int const result = zul.Save(path.c_str());
+        return savedContainer(zul) == expected ? result : 1;
+    };
+    EXPECT_EQ(withFailingCall(SYS_mremap, ENOMEM, save), -ENOMEM);
+    EXPECT_EQ(readFile(path), before);
 }
 
 TEST_F(SaveOverLoadedFile, WhenASecondFileWasLoadedToo)

@@ -2,6 +2,7 @@
 #include "files.h"
 #include "kova/templates/platform/file_replacement.h"
 #include "listing.h"
+#include "private_tmp.h"
 
 #include <gtest/gtest.h>
 
@@ -104,6 +105,17 @@ TEST_F(ReplacementRights, InADirectoryThatCannotBeWrittenTheFileIsWrittenInPlace
     EXPECT_EQ(inodeOf(old), inode);
 }
 
+TEST_F(ReplacementRights, DirectoryThatCannotBeReadIsEnough)
+{
+    ino_t const inode = inodeOf(old);
+    chmod(directory.path(), 0333);
+    EXPECT_EQ(replaceAsOrdinaryUser(old), 0);
+    EXPECT_EQ(readFile(old), Bytes().chars("new"));
+    EXPECT_NE(inodeOf(old), inode);
+    chmod(directory.path(), 0700);
+    EXPECT_EQ(entriesOf(directory.path()), Names{"old"});
+}
+
 TEST_F(ReplacementRights, SomebodyElsesFileInAStickyDirectoryIsWrittenInPlace)
 {
     ino_t const inode = inodeOf(old);
@@ -113,6 +125,30 @@ TEST_F(ReplacementRights, SomebodyElsesFileInAStickyDirectoryIsWrittenInPlace)
     EXPECT_EQ(entriesOf(directory.path()), Names{"old"});
     EXPECT_TRUE(inodeOf(old) == inode || geteuid() != 0)
         << "of another user only where the test can make such a file";
+}
+
+TEST_F(ReplacementRights, FileThatIsMountedOnItsOwnIsWrittenInPlace)
+{
+    // Where nothing can be mounted the files are replaced, with the same contents.
+    inPrivateTmp([] {
+        writeFile("/tmp/old", Bytes().chars("old contents"));
+        writeFile("/tmp/mounted", Bytes().chars("mounted contents"));
+        bool const mounted = mount("/tmp/mounted", "/tmp/old", nullptr, MS_BIND, nullptr) == 0;
+        EXPECT_EQ(replaceFile("/tmp/old", contentsOf("new")), 0);
+        EXPECT_EQ(readFile("/tmp/old"), Bytes().chars("new"));
+        EXPECT_EQ(readFile("/tmp/mounted"), Bytes().chars(mounted ? "new" : "mounted contents"));
+    });
+}
+
+TEST_F(ReplacementRights, OnAReadOnlyFileSystemAFileThatCanBeWrittenIsWrittenInPlace)
+{
+    inPrivateTmp([] {
+        writeFile("/tmp/old", Bytes().chars("old contents"));
+        mount("/tmp/old", "/tmp/old", nullptr, MS_BIND, nullptr);
+        mount(nullptr, "/tmp", nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY, nullptr);
+        EXPECT_EQ(replaceFile("/tmp/old", contentsOf("new")), 0);
+        EXPECT_EQ(readFile("/tmp/old"), Bytes().chars("new"));
+    });
 }
 
 TEST_F(ReplacementRights, OwnerIsKeptByWhoMayDoSo)

@@ -209,6 +209,21 @@ TEST_F(FileReplacement, SymbolicLinkToNothingGetsItsTarget)
     EXPECT_EQ(replaceFile((directory / "nowhere").c_str(), contentsOf("contents")), -ENOENT);
 }
 
+TEST_F(FileReplacement, LinksAreFollowedAsFarAsTheKernelDoes)
+{
+    constexpr int mostLinks = 40;
+    fs::create_symlink("old", directory / "link1");
+    for (int i = 1; i <= mostLinks; ++i) {
+        fs::create_symlink("link" + std::to_string(i), directory / ("link" + std::to_string(i + 1)));
+    }
+    std::string const last = directory / ("link" + std::to_string(mostLinks));
+    EXPECT_EQ(replaceFile(last.c_str(), contentsOf("contents")), 0);
+    EXPECT_EQ(readFile(old), Bytes().chars("contents"));
+    EXPECT_TRUE(fs::is_symlink(last));
+    std::string const beyond = directory / ("link" + std::to_string(mostLinks + 1));
+    EXPECT_EQ(replaceFile(beyond.c_str(), contentsOf("other")), -ELOOP);
+}
+
 TEST_F(FileReplacement, CircleOfSymbolicLinksIsRefused)
 {
     fs::create_symlink("b", directory / "a");

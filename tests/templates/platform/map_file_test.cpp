@@ -1,6 +1,7 @@
 #include "kova/templates/platform/map_file.h"
 
 #include "child_process.h"
+#include "failing_call.h"
 #include "files.h"
 
 #include <algorithm>
@@ -15,6 +16,7 @@
 #include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/un.h>
 #include <unistd.h>
 
@@ -274,6 +276,14 @@ TEST_F(MapFile, NoDescriptorLeftIsReported)
                   return ::setrlimit(RLIMIT_NOFILE, &none) == 0 ? mapping(path.c_str()).error : 0;
               }),
               EMFILE);
+}
+
+TEST_F(MapFile, AFileThatCannotBeAskedAboutIsRefused)
+{
+    std::string const path = file("contents");
+    EXPECT_EQ(withFailingCall(SYS_newfstatat, EIO,
+                              [&path] { return opening(path.c_str()) == refused(EIO) ? 0 : 1; }),
+              0);
 }
 
 TEST_F(MapFile, AFailedMappingClosesTheDescriptorAndKeepsItsErrno)

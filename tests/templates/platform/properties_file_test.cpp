@@ -1,4 +1,5 @@
 #include "child_process.h"
+#include "failing_call.h"
 #include "files.h"
 #include "kova/templates/platform.h"
 
@@ -8,6 +9,7 @@
 #include <fcntl.h>
 #include <locale>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <thread>
 #include <vector>
 
@@ -204,6 +206,8 @@ TEST_F(PropertiesFileTest, WhatCannotBeReadSetsNothing)
     EXPECT_EQ(failureOf(m_directory.path()), EISDIR);
     EXPECT_EQ(failureOf("/dev/null"), EINVAL);
     EXPECT_EQ(failureOf(m_path + "/below"), ENOTDIR);
+    EXPECT_EQ(failureOf("/proc/self/mem"), EIO)
+        << "a regular file that can be opened, but not read from its start";
 }
 
 TEST_F(PropertiesFileTest, FifoIsRefusedWithoutWaiting)
@@ -211,6 +215,12 @@ TEST_F(PropertiesFileTest, FifoIsRefusedWithoutWaiting)
     std::string const pipe = m_directory / "pipe";
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
     EXPECT_EQ(failureOf(pipe), EINVAL);
+}
+
+TEST_F(PropertiesFileTest, FileThatCannotBeAskedAboutIsRefused)
+{
+    load("a=1\n");
+    EXPECT_EQ(withFailingCall(SYS_newfstatat, EIO, [this] { return m_file.load(m_path) ? 0 : errno; }), EIO);
 }
 
 TEST_F(PropertiesFileTest, FileWithoutRightToReadIsRefused)

@@ -51,6 +51,14 @@ protected:
     EnvironmentVariable m_unset{variable, nullptr};
 };
 
+TEST_F(TweakPropertiesTest, EmptyKeyIsNotSoughtInTheFile)
+{
+    TweakPropertyEntry const nameless[] = {{"", "", "", "Off"}, {nullptr, nullptr, nullptr, nullptr}};
+    write("= On\n");
+    TweakProperties properties;
+    expect(properties.resolve(nameless, m_path, "", 0, nullptr), "Off", PropertySource::Default);
+}
+
 TEST_F(TweakPropertiesTest, CommandLineFileEnvironmentDefaultInThisOrder)
 {
     expect(resolve(), "On", PropertySource::Default);

@@ -106,6 +106,7 @@ TEST(PointerArray, ScaleBelowTheCountDropsElementsAndKeepsTheCount)
     EXPECT_EQ(array.getCount(), 4U);
     EXPECT_EQ(array.get(1), numbers[1]);
     EXPECT_EQ(indexError([&] { array.get(2); }), "bad array index");
+    EXPECT_EQ(array.at(2), nullptr);
     array.scale(4);
     EXPECT_EQ(array.get(2), nullptr) << "what fell off is gone";
 }

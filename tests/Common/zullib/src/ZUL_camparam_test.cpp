@@ -168,7 +168,9 @@ TEST_F(Camparam, EqualMeansSameChannelAndModuleIndex)
     ZUL_module twin(nullptr, process);
     twin.setIndex(5);
     ZUL_camparam const parameter(nullptr, 2, module);
-    EXPECT_TRUE(parameter == ZUL_camparam(&zul, 2, &twin)) << "the index counts, not the object";
+    ZUL_camparam const same(&zul, 2, &twin);
+    EXPECT_TRUE(parameter == same) << "the index counts, not the object";
+    EXPECT_TRUE(parameter == static_cast<ZUL_tag const&>(same));
     EXPECT_FALSE(parameter == ZUL_camparam(nullptr, 3, module));
     EXPECT_FALSE(parameter == ZUL_camparam(nullptr, 2, nullptr));
     EXPECT_TRUE(ZUL_camparam(nullptr, 2, nullptr) == ZUL_camparam(nullptr, 2, nullptr));

@@ -179,6 +179,7 @@ TEST(Process, EqualMeansSameIdClockAndName)
     ZUL_process const process = fullProcess();
     ZUL_process other = fullProcess();
     EXPECT_TRUE(process == other);
+    EXPECT_TRUE(process == static_cast<ZUL_tag const&>(other));
     EXPECT_FALSE(process != other);
     other.setName("acquisitioN");
     EXPECT_FALSE(process == other);
@@ -188,6 +189,17 @@ TEST(Process, EqualMeansSameIdClockAndName)
     other = fullProcess();
     other.setId(8);
     EXPECT_TRUE(process != other);
+}
+
+TEST(Process, FiledOneThatWasTakenFromItsContainerTellsNobodyOfItsNewId)
+{
+    ZUL zul;
+    auto* const process = new ZUL_process(nullptr, 1, nullptr);
+    zul.AddTag(process);
+    process->setParent(nullptr);
+    process->setId(2);
+    EXPECT_EQ(process->getId(), 2U);
+    EXPECT_EQ(process->getParent(), nullptr);
 }
 
 TEST(Process, AbsentNameEqualsOnlyAnAbsentName)

@@ -14,7 +14,24 @@ TagField fieldOf(Bytes const& bytes, std::uint64_t width)
     return {8, width, FieldKind::Unsigned, "field", {bytes.data(), bytes.size()}};
 }
 
+/// Looks at the fields only.
+class FieldCount : public FieldVisitor {
+public:
+    void field(TagField const&) override { ++count; }
+
+    int count = 0;
+};
+
 } // namespace
+
+TEST(FieldVisitor, NeedNotLookAtProblems)
+{
+    FieldCount visitor;
+    FieldVisitor& visits = visitor;
+    visits.problem({TagProblem::Kind::BadLength, 4, 4, "length", "80", "79"});
+    visits.field(fieldOf(Bytes().u32(79), 4));
+    EXPECT_EQ(visitor.count, 1);
+}
 
 TEST(TagField, NumberIsLittleEndianAndUnsigned)
 {

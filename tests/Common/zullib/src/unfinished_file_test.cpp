@@ -1,4 +1,5 @@
 #include "child_process.h"
+#include "failing_call.h"
 #include "files.h"
 #include "unfinished_file.h"
 
@@ -14,6 +15,7 @@
 #include <string>
 #include <sys/ioctl.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <thread>
 #include <unistd.h>
 
@@ -65,6 +67,33 @@ TEST(UnfinishedFile, EmptiesAFileThatIsThere)
     EXPECT_EQ(file.write(span(Bytes().chars("new"))), 0);
     EXPECT_EQ(file.finish(), 0);
     EXPECT_EQ(readFile(path), Bytes().chars("new"));
+}
+
+TEST(UnfinishedFile, ThatCannotBeClosedIsRemoved)
+{
+    TemporaryDirectory const directory;
+    std::string const path = directory / "file";
+    UnfinishedFile file(path.c_str());
+    EXPECT_EQ(withFailingCall(SYS_close, EIO, [&] { return file.finish(); }), -EIO);
+    EXPECT_FALSE(exists(path));
+}
+
+TEST(UnfinishedFile, IsKeptWhenASignalComesWhileItIsClosed)
+{
+    TemporaryDirectory const directory;
+    std::string const path = directory / "file";
+    UnfinishedFile file(path.c_str());
+    EXPECT_EQ(withFailingCall(SYS_close, EINTR, [&] { return file.finish(); }), 0);
+    EXPECT_TRUE(exists(path));
+}
+
+TEST(UnfinishedFile, WritingThatGetsNowhereIsAnError)
+{
+    TemporaryDirectory const directory;
+    UnfinishedFile const file((directory / "file").c_str());
+    auto const write = [&file] { return file.write(span(Bytes().chars("contents"))); };
+    EXPECT_EQ(withFailingCall(SYS_write, 0, write), -EIO);
+    EXPECT_EQ(withFailingCall(SYS_write, ENOSPC, write), -ENOSPC);
 }
 
 TEST(UnfinishedFile, SaysWhyItCannotBeOpened)

@@ -1,5 +1,6 @@
 #include "cache_trust.h"
 #include "child_process.h"
+#include "failing_call.h"
 #include "files.h"
 #include "library_designs.h"
 #include "listing.h"
@@ -7,8 +8,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <filesystem>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 namespace {
@@ -60,6 +63,12 @@ TEST_F(CacheTrustTest, WithoutDescriptorsNothingIsTrusted)
     EXPECT_EQ(inChildProcess(look), static_cast<int>(CacheTrust::Unreachable));
 }
 
+TEST_F(CacheTrustTest, WithoutAnswersOfTheSystemNothingIsTrusted)
+{
+    auto const look = [this] { return static_cast<int>(trust()); };
+    EXPECT_EQ(withFailingCall(SYS_newfstatat, EIO, look), static_cast<int>(CacheTrust::Unreachable));
+}
+
 TEST_F(CacheTrustTest, FileIsNoDirectory)
 {
     EXPECT_EQ(trustOfCacheDirectory(marker.c_str()), CacheTrust::NotADirectory);
@@ -73,6 +82,13 @@ TEST_F(CacheTrustTest, SymbolicLinkToATrustedDirectoryIsNoDirectory)
     std::string const dangling = directory / "dangling";
     ASSERT_EQ(symlink("nowhere", dangling.c_str()), 0);
     EXPECT_EQ(trustOfCacheDirectory(dangling.c_str()), CacheTrust::NotADirectory);
+}
+
+TEST_F(CacheTrustTest, LinksInACircleLeadToNoDirectory)
+{
+    std::string const link = directory / "link";
+    ASSERT_EQ(symlink("link", link.c_str()), 0);
+    EXPECT_EQ(trustOfCacheDirectory((link + "/cache").c_str()), CacheTrust::NotADirectory);
 }
 
 TEST_F(CacheTrustTest, FifoIsNoDirectoryAndDoesNotBlock)

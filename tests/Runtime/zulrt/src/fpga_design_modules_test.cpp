@@ -265,6 +265,21 @@ TEST_F(DesignLinks, LeadWhereTheirTextsSay)
         << "to the first parameter of that name";
 }
 
+TEST_F(DesignLinks, CountParametersWithoutName)
+{
+    Loaded design(
+        withProcess()
+            .tag(module(7, "acq\\cam"))
+            .tag(sample::integerParam("", 7))
+            .tag(sample::integerParam("named", 7))
+            .tag(paramLink({.source = 7, .destination = 7, .name = "named", .moduleName = "acq\\cam"})));
+    EXPECT_EQ(linkOf(design), paramLink({.source = 7,
+                                         .destination = 7,
+                                         .destinationParam = 1,
+                                         .name = "named",
+                                         .moduleName = "acq\\cam"}));
+}
+
 TEST_F(DesignLinks, ToAnUnknownModuleStayAsTheyWere)
 {
     designs::Link const unknown{.source = 7, .destination = 8, .name = "only", .moduleName = "acq\\none"};

@@ -68,4 +68,11 @@ TEST_F(InstalledLibrary, SearchesWhatTheEnvironmentNamesOtherwise)
                                        "Searching for zul file none.zul in /opt/k//\n");
 }
 
+TEST_F(InstalledLibrary, SearchesNowhereWhenNothingNamesADirectory)
+{
+    EnvironmentVariable const none("KOVADIR5", nullptr);
+    LibraryCopy const library("elsewhere/libzulrt.so.5");
+    EXPECT_EQ(library.printedByLoad(), "");
+}
+
 } // namespace

@@ -125,9 +125,7 @@ bool TweakProperties::property<bool>(TweakPropertyEntry const* table, std::strin
                                      std::string const& key, int argc, char** argv)
 {
     bool value = false;
-    if (!resolveValue(resolve(table, file, key, argc, argv).text, &value)) {
-        throw noValidValue(key);
-    }
+    resolveValue(resolve(table, file, key, argc, argv).text, &value); // every text means one of the two
     return value;
 }
 
