@@ -57,7 +57,7 @@ private:
     void fileSingle(std::unique_ptr<Tag>& single, std::unique_ptr<ZUL_tag> tag);
     void fileLib(std::unique_ptr<ZUL_tag> lib);
     void fileConfig(std::unique_ptr<ZUL_tag> tag);
-    void noteOrder(ZUL_tag const& tag);
+    void noteOrder(std::uint32_t id, ZUL_tag const& tag);
     bool countsMatch() const;
     void finish();
     template <class Array>
@@ -126,7 +126,7 @@ void ContainerLoader::readTag()
         readRawTag(id);
         return;
     }
-    std::unique_ptr<ZUL_tag> tag = kind->create(&m_zul);
+    std::unique_ptr<ZUL_tag> tag = kind->createIn(m_store.m_blocks, &m_zul);
     m_consumed = tag->Load(m_bytes + m_offset, m_size - m_offset);
     file(std::move(tag));
 }
@@ -146,7 +146,8 @@ void ContainerLoader::readRawTag(std::uint32_t id)
 
 void ContainerLoader::file(std::unique_ptr<ZUL_tag> tag)
 {
-    switch (tag->getTagId()) {
+    std::uint32_t const id = tag->getTagId();
+    switch (id) {
     case ZUL_author::tag_id:
         return fileSingle(m_store.m_author, std::move(tag));
     case ZUL_design_name::tag_id:
@@ -170,15 +171,15 @@ void ContainerLoader::file(std::unique_ptr<ZUL_tag> tag)
         break;
     default:
         m_store.append(tag.get());
-        noteOrder(*tag);
+        noteOrder(id, *tag);
     }
     tag.release();
 }
 
 /// Most files are in order: then nothing is sorted.
-void ContainerLoader::noteOrder(ZUL_tag const& tag)
+void ContainerLoader::noteOrder(std::uint32_t id, ZUL_tag const& tag)
 {
-    auto const kind = std::find(sortedKinds.begin(), sortedKinds.end(), tag.getTagId());
+    auto const kind = std::find(sortedKinds.begin(), sortedKinds.end(), id);
     if (kind != sortedKinds.end()) {
         auto const i = static_cast<std::size_t>(kind - sortedKinds.begin());
         ZUL_tag const* const before = std::exchange(m_latest.at(i), &tag);

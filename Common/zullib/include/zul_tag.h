@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <new>
 
+class TagBlocks;
 class ZUL;
 
 /// One tagged record of a design container.
@@ -18,6 +20,8 @@ public:
     /// @throws std::runtime_error (overrides) when something it depends on is missing
     virtual void checkDependentFields() {}
     virtual ~ZUL_tag() = default;
+    /// Ends @p tag; memory that belongs to the blocks of a container stays theirs.
+    static void operator delete(ZUL_tag* tag, std::destroying_delete_t);
 
     /// Reads the tag.
     /// @param tag the first byte of the tag's header
@@ -72,10 +76,14 @@ protected:
 
     /// Tells the container that a name or number it finds this tag by has changed.
     void keyChanged();
+    /// Where the texts of this tag go: to the blocks of the container that is loading it; null when nothing is.
+    TagBlocks* textBlocks() const noexcept;
 
 private:
+    friend class TagBlocks;
     friend class ZUL_private;
 
     ZUL* m_parent = nullptr;
-    bool m_filed = false; // the container's lists hold this tag
+    bool m_filed = false;    // the container's lists hold this tag
+    bool m_inBlocks = false; // a load made it: its memory belongs to the container
 };

@@ -226,6 +226,6 @@ void ZUL_param::discardValue() noexcept
 {
     m_integer = 0;
     m_real = 0;
-    m_text = TagText();
+    m_text.set(nullptr);
     m_field.clear();
 }

@@ -1,11 +1,13 @@
 #pragma once
 
 #include "key_table.h"
+#include "number_table.h"
 #include "seeded_hash.h"
 
 #include <atomic>
 #include <cstdint>
 #include <mutex>
+#include <type_traits>
 
 /// Something that is built on the first question about it, safely among concurrent readers, and dropped by edits.
 class BuiltOnDemand {
@@ -79,5 +81,5 @@ private:
     }
 
     BuiltOnDemand m_state;
-    KeyTable<Key, Tag*, Hash> m_tags;
+    std::conditional_t<std::is_integral_v<Key>, NumberTable<Tag*>, KeyTable<Key, Tag*, Hash>> m_tags;
 };

@@ -2,8 +2,8 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <limits>
+#include <memory>
 #include <new>
 #include <utility>
 #include <vector>
@@ -22,43 +22,50 @@ public:
             return nullptr;
         }
         Slot const& slot = slotOf(key, hashOf(key));
-        return slot.item == none ? nullptr : &m_items[slot.item].value;
+        return slot.item == none ? nullptr : &item(slot.item).value;
     }
 
     /// The value of @p key and whether it is new: a value-initialised one then.
     std::pair<Value*, bool> insert(Key const& key)
     {
-        if (m_items.size() + m_items.size() / 3 >= m_slots.size()) {
+        if (m_count + m_count / 3 >= m_slots.size()) {
             grow();
         }
         std::uint32_t const hash = hashOf(key);
         Slot& slot = slotOf(key, hash);
         if (slot.item != none) {
-            return {&m_items[slot.item].value, false};
+            return {&item(slot.item).value, false};
         }
-        m_items.push_back({key, Value{}});
-        slot = {hash, static_cast<std::uint32_t>(m_items.size() - 1)};
-        return {&m_items.back().value, true};
+        if (m_count % itemsOfChunk == 0) {
+            m_chunks.push_back(std::make_unique<Item[]>(itemsOfChunk));
+        }
+        slot = {hash, m_count++};
+        item(slot.item).key = key;
+        return {&item(slot.item).value, true};
     }
 
     void clear()
     {
         m_slots.clear();
-        m_items.clear();
+        m_chunks.clear();
+        m_count = 0;
     }
 
 private:
     static constexpr std::uint32_t none = std::numeric_limits<std::uint32_t>::max();
     static constexpr std::size_t fewestSlots = 16;
+    static constexpr std::uint32_t itemsOfChunk = 64;
 
     struct Slot {
         std::uint32_t hash = 0;
         std::uint32_t item = none;
     };
     struct Item {
-        Key key;
-        Value value;
+        Key key{};
+        Value value{};
     };
+
+    Item& item(std::uint32_t number) { return m_chunks[number / itemsOfChunk][number % itemsOfChunk]; }
 
     static std::uint32_t hashOf(Key const& key) { return static_cast<std::uint32_t>(Hash()(key)); }
 
@@ -68,7 +75,7 @@ private:
         std::size_t const mask = m_slots.size() - 1;
         std::size_t place = hash & mask;
         while (m_slots[place].item != none &&
-               (m_slots[place].hash != hash || !(m_items[m_slots[place].item].key == key))) {
+               (m_slots[place].hash != hash || !(item(m_slots[place].item).key == key))) {
             place = (place + 1) & mask;
         }
         return m_slots[place];
@@ -91,5 +98,6 @@ private:
     }
 
     std::vector<Slot> m_slots; // their number is a power of two, a quarter of them free at least
-    std::deque<Item> m_items;
+    std::vector<std::unique_ptr<Item[]>> m_chunks;
+    std::uint32_t m_count = 0;
 };

@@ -4,7 +4,7 @@
 
 unsigned long LaidOutTag::Load(void const* tag, unsigned long avail)
 {
-    TagLayout row = TagLayout::forLoading(*this, static_cast<std::byte const*>(tag), avail);
+    TagLayout row = TagLayout::forLoading(*this, static_cast<std::byte const*>(tag), avail, textBlocks());
     try {
         layout(row);
     } catch (...) {

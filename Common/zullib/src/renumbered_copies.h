@@ -1,7 +1,6 @@
 #pragma once
 
-#include "key_table.h"
-#include "seeded_hash.h"
+#include "number_table.h"
 
 #include <cstdint>
 #include <memory>
@@ -25,7 +24,7 @@ public:
     }
 
 private:
-    KeyTable<std::uint64_t, std::uint32_t, SeededHash> m_mapped;
+    NumberTable<std::uint32_t> m_mapped;
 };
 
 /// Copies of all processes (or modules) of a merged container: made and numbered before any tag is filed, since tags
@@ -71,7 +70,7 @@ private:
     bool m_renumbers;
     std::uint32_t m_highest;
     MapId2Id m_numbers;
-    KeyTable<std::uint64_t, Tag*, SeededHash> m_byNumber;
+    NumberTable<Tag*> m_byNumber;
     std::vector<std::unique_ptr<Tag>> m_unfiled;
     std::size_t m_taken = 0;
 };

@@ -1,12 +1,13 @@
 #include "tag_bytes.h"
 
 #include <cstring>
+#include <memory>
 #include <utility>
 
 TagBytes& TagBytes::operator=(TagBytes const& other)
 {
     if (this != &other) {
-        copyFrom(other.m_data, other.m_length);
+        copyFrom(other.m_data, other.size());
     }
     return *this;
 }
@@ -20,9 +21,7 @@ TagBytes& TagBytes::operator=(TagBytes&& other) noexcept
 
 void TagBytes::borrow(std::byte const* data, std::size_t length) noexcept
 {
-    m_owned.reset();
-    m_data = data;
-    m_length = length;
+    assign(data, length, false);
 }
 
 void TagBytes::copyFrom(void const* data, std::size_t length)
@@ -32,18 +31,22 @@ void TagBytes::copyFrom(void const* data, std::size_t length)
         return;
     }
     // The source may be the block that is owned now: it goes only after the copy is made.
-    std::unique_ptr<std::byte[]> copy(new std::byte[length]);
+    auto copy = std::make_unique_for_overwrite<std::byte[]>(length);
     if (length != 0) {
         std::memcpy(copy.get(), data, length);
     }
-    m_owned = std::move(copy);
-    m_data = m_owned.get();
-    m_length = length;
+    assign(copy.release(), length, true);
+}
+
+void TagBytes::assign(std::byte const* data, std::size_t length, bool owned) noexcept
+{
+    release();
+    m_data = data;
+    m_lengthAndOwned = length << 1U | (owned ? 1U : 0U);
 }
 
 void TagBytes::swap(TagBytes& other) noexcept
 {
-    std::swap(m_owned, other.m_owned);
     std::swap(m_data, other.m_data);
-    std::swap(m_length, other.m_length);
+    std::swap(m_lengthAndOwned, other.m_lengthAndOwned);
 }

@@ -1,112 +1,73 @@
 #include "tag_kinds.h"
 
+#include "tag_blocks.h"
 #include "zullib.h"
 
 #include <algorithm>
 #include <array>
+#include <tuple>
 
 namespace {
+
+/// What the constructor of a tag takes behind the container, for a tag that is about to be loaded or assigned.
+template <class Tag>
+constexpr std::tuple<> blankArguments{};
+template <>
+constexpr std::tuple blankArguments<ZUL_multi_head>{0U, 0U};
+template <>
+constexpr std::tuple blankArguments<ZUL_fixed_fpga_info>{std::uint8_t{0}, std::uint8_t{0}, std::uint8_t{0}};
+template <>
+constexpr std::tuple blankArguments<ZUL_destination>{std::uint8_t{0}, std::uint16_t{0}, std::uint16_t{0}};
+template <>
+constexpr std::tuple blankArguments<ZUL_register>{nullptr, false};
+template <>
+constexpr std::tuple blankArguments<ZUL_register_link>{nullptr, nullptr};
+template <>
+constexpr std::tuple blankArguments<ZUL_dmacnt_register>{0U, 0U, 0U};
+template <>
+constexpr std::tuple blankArguments<ZUL_event>{std::uint8_t{0}, std::uint8_t{0}, std::uint8_t{0}};
+template <>
+constexpr std::tuple blankArguments<ZUL_module>{nullptr};
+template <>
+constexpr std::tuple blankArguments<ZUL_process>{0U, nullptr};
+template <>
+constexpr std::tuple blankArguments<ZUL_user_info>{nullptr, 0U};
+template <>
+constexpr std::tuple blankArguments<ZUL_param>{QL_ParamType{1}, nullptr};
+template <>
+constexpr std::tuple blankArguments<ZUL_channel_param>{false, nullptr, nullptr};
+template <>
+constexpr std::tuple blankArguments<ZUL_dma_param>{0U, nullptr};
+template <>
+constexpr std::tuple blankArguments<ZUL_camparam>{0U, nullptr};
+template <>
+constexpr std::tuple blankArguments<ZUL_param_link>{nullptr, nullptr};
 
 template <class Tag>
 std::unique_ptr<Tag> blank(ZUL* parent)
 {
-    return std::make_unique<Tag>(parent);
-}
-
-template <>
-std::unique_ptr<ZUL_multi_head> blank(ZUL* parent)
-{
-    return std::make_unique<ZUL_multi_head>(parent, 0, 0);
-}
-
-template <>
-std::unique_ptr<ZUL_fixed_fpga_info> blank(ZUL* parent)
-{
-    return std::make_unique<ZUL_fixed_fpga_info>(parent, std::uint8_t{0}, std::uint8_t{0}, std::uint8_t{0});
-}
-
-template <>
-std::unique_ptr<ZUL_destination> blank(ZUL* parent)
-{
-    return std::make_unique<ZUL_destination>(parent, std::uint8_t{0}, std::uint16_t{0}, std::uint16_t{0});
-}
-
-template <>
-std::unique_ptr<ZUL_register> blank(ZUL* parent)
-{
-    return std::make_unique<ZUL_register>(parent, nullptr, false);
-}
-
-template <>
-std::unique_ptr<ZUL_register_link> blank(ZUL* parent)
-{
-    return std::make_unique<ZUL_register_link>(parent, nullptr, nullptr);
-}
-
-template <>
-std::unique_ptr<ZUL_dmacnt_register> blank(ZUL* parent)
-{
-    return std::make_unique<ZUL_dmacnt_register>(parent, 0U, 0U, 0U);
-}
-
-template <>
-std::unique_ptr<ZUL_event> blank(ZUL* parent)
-{
-    return std::make_unique<ZUL_event>(parent, std::uint8_t{0}, std::uint8_t{0}, std::uint8_t{0});
-}
-
-template <>
-std::unique_ptr<ZUL_module> blank(ZUL* parent)
-{
-    return std::make_unique<ZUL_module>(parent, nullptr);
-}
-
-template <>
-std::unique_ptr<ZUL_process> blank(ZUL* parent)
-{
-    return std::make_unique<ZUL_process>(parent, 0U, nullptr);
-}
-
-template <>
-std::unique_ptr<ZUL_user_info> blank(ZUL* parent)
-{
-    return std::make_unique<ZUL_user_info>(parent, nullptr, 0U);
-}
-
-template <>
-std::unique_ptr<ZUL_param> blank(ZUL* parent)
-{
-    return std::make_unique<ZUL_param>(parent, QL_ParamType{1}, nullptr);
-}
-
-template <>
-std::unique_ptr<ZUL_channel_param> blank(ZUL* parent)
-{
-    return std::make_unique<ZUL_channel_param>(parent, false, nullptr, nullptr);
-}
-
-template <>
-std::unique_ptr<ZUL_dma_param> blank(ZUL* parent)
-{
-    return std::make_unique<ZUL_dma_param>(parent, 0U, nullptr);
-}
-
-template <>
-std::unique_ptr<ZUL_camparam> blank(ZUL* parent)
-{
-    return std::make_unique<ZUL_camparam>(parent, 0U, nullptr);
-}
-
-template <>
-std::unique_ptr<ZUL_param_link> blank(ZUL* parent)
-{
-    return std::make_unique<ZUL_param_link>(parent, nullptr, nullptr);
+    return std::apply([parent](auto... arguments) { return std::make_unique<Tag>(parent, arguments...); },
+                      blankArguments<Tag>);
 }
 
 template <class Tag>
 std::unique_ptr<LaidOutTag> create(ZUL* parent)
 {
     return blank<Tag>(parent);
+}
+
+template <class Tag>
+std::unique_ptr<LaidOutTag> createIn(TagBlocks& blocks, ZUL* parent)
+{
+    return std::apply([&blocks, parent](auto... arguments) { return blocks.make<Tag>(parent, arguments...); },
+                      blankArguments<Tag>);
+}
+
+template <>
+std::unique_ptr<LaidOutTag> createIn<ZUL_destination>(TagBlocks&, ZUL* parent)
+{
+    return create<ZUL_destination>(
+        parent); // removeDestination hands it to the caller, who may keep it longer
 }
 
 /// Makes @p to equal to @p from.
@@ -146,7 +107,7 @@ std::unique_ptr<LaidOutTag> copy(ZUL* parent, ZUL_tag const& tag)
 template <class Tag>
 consteval TagKind kind(char const* className, char const* meaning)
 {
-    return {Tag::tag_id, className, meaning, create<Tag>, copy<Tag>};
+    return {Tag::tag_id, className, meaning, create<Tag>, createIn<Tag>, copy<Tag>};
 }
 
 // clang-format off
@@ -156,9 +117,9 @@ constexpr std::array kinds{
     kind<ZUL_fixed_fpga_info>   ("ZUL_fixed_fpga_info",   "fixed FPGA info"),
     kind<ZUL_destination>       ("ZUL_destination",       "destination"),
     kind<ZUL_multi_data>        ("ZUL_multi_data",        "configuration data"),
-    TagKind{ZUL_register::old_tag_id, "ZUL_register",     "register, older layout",       create<ZUL_register>, copy<ZUL_register>},
+    TagKind{ZUL_register::old_tag_id, "ZUL_register",     "register, older layout",       create<ZUL_register>, createIn<ZUL_register>, copy<ZUL_register>},
     kind<ZUL_register_link>     ("ZUL_register_link",     "register link"),
-    TagKind{ZUL_register::new_tag_id, "ZUL_register",     "register, newer layout",       create<ZUL_register>, copy<ZUL_register>},
+    TagKind{ZUL_register::new_tag_id, "ZUL_register",     "register, newer layout",       create<ZUL_register>, createIn<ZUL_register>, copy<ZUL_register>},
     kind<ZUL_dmacnt_register>   ("ZUL_dmacnt_register",   "DMA count register"),
     kind<ZUL_intvectorreg>      ("ZUL_intvectorreg",      "interrupt vector register"),
     kind<ZUL_dmatag_register>   ("ZUL_dmatag_register",   "DMA tag register"),
@@ -184,6 +145,27 @@ constexpr std::array kinds{
 
 static_assert(std::ranges::is_sorted(kinds, {}, &TagKind::id));
 
+// Each tag that is read asks for its kind: one multiplication finds the only kind that it can be.
+constexpr unsigned placeBits = 6;
+constexpr std::uint32_t placeOf(std::uint32_t id)
+{
+    return id * 0xCA357569 >> (32U - placeBits);
+}
+
+constexpr std::array kindPlaces = [] {
+    std::array<std::uint8_t, 1U << placeBits> places{};
+    for (std::uint8_t i = 0; i < kinds.size(); ++i) {
+        places[placeOf(kinds[i].id)] = i;
+    }
+    return places;
+}();
+
+static_assert(std::all_of(kinds.begin(), kinds.end(),
+                          [](TagKind const& kind) {
+                              return kinds[kindPlaces[placeOf(kind.id)]].id == kind.id;
+                          }),
+              "two kinds share a place: take another multiplier");
+
 } // namespace
 
 std::span<TagKind const> tagKinds() noexcept
@@ -193,8 +175,6 @@ std::span<TagKind const> tagKinds() noexcept
 
 TagKind const* findTagKind(std::uint32_t id) noexcept
 {
-    auto const found =
-        std::lower_bound(kinds.begin(), kinds.end(), id,
-                         [](TagKind const& kind, std::uint32_t sought) { return kind.id < sought; });
-    return found != kinds.end() && found->id == id ? &*found : nullptr;
+    std::uint8_t const place = kindPlaces[placeOf(id)];
+    return kinds[place].id == id ? &kinds[place] : nullptr;
 }

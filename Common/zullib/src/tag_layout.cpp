@@ -12,33 +12,6 @@
 #include <stdexcept>
 #include <string_view>
 
-namespace {
-
-constexpr std::uint64_t headerSize = 8;
-constexpr std::uint64_t largestTag = UINT32_MAX;
-
-std::uint64_t readNumber(std::byte const* from, unsigned width)
-{
-    switch (width) {
-    case 1:
-        return little_endian::read<std::uint8_t>(from);
-    case 2:
-        return little_endian::read<std::uint16_t>(from);
-    default:
-        return little_endian::read<std::uint32_t>(from);
-    }
-}
-
-} // namespace
-
-TagLayout TagLayout::forLoading(ZUL_tag& tag, std::byte const* bytes, std::uint64_t avail)
-{
-    TagLayout row(Pass::Load, tag);
-    row.m_from = bytes;
-    row.m_avail = avail;
-    return row;
-}
-
 TagLayout TagLayout::forMeasuring(ZUL_tag& tag)
 {
     return {Pass::Measure, tag};
@@ -61,152 +34,74 @@ TagLayout TagLayout::forVisiting(ZUL_tag& tag, std::span<std::byte const> bytes,
     return row;
 }
 
-void TagLayout::needs(std::uint64_t count)
+void TagLayout::refuseLength() const
 {
-    if (loading() && m_avail < count) {
-        throw ZUL_file_bad_tag_length(m_tag.getTagId());
-    }
+    throw ZUL_file_bad_tag_length(m_tag.getTagId());
 }
 
-void TagLayout::needsContainer() const
+void TagLayout::refuseField() const
 {
-    if (loading() && m_tag.getParent() == nullptr) {
-        throw std::logic_error("loading orphaned tag without parent is invalid");
-    }
+    throw ZUL_file_malformed_tag(m_tag.getTagId());
 }
 
-void TagLayout::dependencies()
+void TagLayout::refuseOrphan()
 {
-    if (writing()) {
-        m_tag.checkDependentFields();
-    }
+    throw std::logic_error("loading orphaned tag without parent is invalid");
 }
 
-void TagLayout::require(bool holds, char const* message) const
+void TagLayout::refuseToWrite(char const* message)
 {
-    if (writing() && !holds) {
-        throw std::runtime_error(message);
-    }
+    throw std::runtime_error(message);
 }
 
-void TagLayout::demand(bool holds, char const* expected)
+void TagLayout::demandFails(char const* expected)
 {
-    if (holds) {
-        return;
-    }
     if (loading()) {
-        throw ZUL_file_malformed_tag(m_tag.getTagId());
+        refuseField();
     }
     if (m_pass == Pass::Visit && m_last.bytes.size() == m_last.width) {
         problem(TagProblem::Kind::Malformed, expected, std::to_string(m_last.number()));
     }
 }
 
-void TagLayout::demandOnceTotalled(bool holds, char const* expected)
+void TagLayout::writeOrShowFixed(std::uint64_t length)
 {
-    if (loading()) {
-        m_malformed = m_malformed || !holds;
-    } else {
-        demand(holds, expected);
-    }
-}
-
-std::uint32_t TagLayout::headerId(std::uint32_t saved)
-{
-    if (reading()) {
-        return m_avail < sizeof(std::uint32_t) ? 0 : little_endian::read<std::uint32_t>(m_from);
-    }
-    return m_id = saved;
-}
-
-void TagLayout::fixed(std::uint64_t length)
-{
-    m_length = m_fixedPart = length;
-    switch (m_pass) {
-    case Pass::Load:
-        if (m_avail < length || headerLength() != length) {
-            throw ZUL_file_bad_tag_length(m_tag.getTagId());
-        }
-        break;
-    case Pass::Save:
+    if (m_pass == Pass::Save) {
         saveHeader();
-        break;
-    case Pass::Visit:
+    } else if (m_pass == Pass::Visit) {
         showHeader();
         if (headerLength() != length) {
             badLength(length);
         }
-        break;
-    case Pass::Measure:
-        break;
     }
 }
 
-void TagLayout::variable(std::uint64_t fixedPart)
+std::uint64_t TagLayout::writeOrShowTailLength(std::uint64_t offset, unsigned width, char const* name,
+                                               std::uint64_t current, std::uint64_t limit,
+                                               char const* tooLong)
 {
-    m_fixedPart = m_tailOffset = fixedPart;
-    needs(fixedPart);
-    if (m_pass == Pass::Visit) {
-        showHeader();
-    }
-}
-
-std::uint64_t TagLayout::tailLength(std::uint64_t offset, unsigned width, char const* name,
-                                    std::uint64_t current, std::uint64_t limit, char const* tooLong)
-{
-    if (writing()) {
-        require(current <= limit, tooLong);
-        m_pending.at(m_pendingCount++) = {offset, width, current};
-        return current;
-    }
     if (m_pass == Pass::Visit) {
         show(offset, width, FieldKind::TailLength, name);
         return m_last.number();
     }
-    return readNumber(m_from + offset, width);
+    require(current <= limit, tooLong);
+    m_pending.at(m_pendingCount++) = {offset, width, current};
+    return current;
 }
 
-void TagLayout::total(std::uint64_t tail, char const* tooBig)
+void TagLayout::writeOrShowTotal(char const* tooBig, TagProblem::Kind otherwise)
 {
-    finishTotal(tail, tooBig, TagProblem::Kind::BadLength);
-}
-
-void TagLayout::totalElseMalformed(std::uint64_t tail, char const* tooBig)
-{
-    finishTotal(tail, tooBig, TagProblem::Kind::Malformed);
-}
-
-void TagLayout::finishTotal(std::uint64_t tail, char const* tooBig, TagProblem::Kind otherwise)
-{
-    std::uint64_t const expected = m_fixedPart + tail;
-    require(expected <= largestTag, tooBig);
-    if (reading()) {
-        loadTotal(expected, otherwise);
+    constexpr std::uint64_t largestTag = UINT32_MAX;
+    require(m_length <= largestTag, tooBig);
+    if (m_pass == Pass::Visit && headerLength() != m_length) {
+        m_last = {4, 4, FieldKind::TagLength, "length", part(4, 4)};
+        problem(otherwise, std::to_string(m_length), std::to_string(headerLength()));
     }
-    m_length = expected;
     if (m_pass == Pass::Save) {
         saveHeader();
         for (std::size_t i = 0; i < m_pendingCount; ++i) {
             std::memcpy(m_to + m_pending.at(i).offset, &m_pending.at(i).value, m_pending.at(i).width);
         }
-    }
-}
-
-void TagLayout::loadTotal(std::uint64_t expected, TagProblem::Kind otherwise)
-{
-    std::uint64_t const stated = headerLength();
-    if (m_pass == Pass::Visit) {
-        if (stated != expected) {
-            m_last = {4, 4, FieldKind::TagLength, "length", part(4, 4)};
-            problem(otherwise, std::to_string(expected), std::to_string(stated));
-        }
-        return;
-    }
-    if (stated > m_avail || (stated != expected && otherwise == TagProblem::Kind::BadLength)) {
-        throw ZUL_file_bad_tag_length(m_tag.getTagId());
-    }
-    if (stated != expected || m_malformed) {
-        throw ZUL_file_malformed_tag(m_tag.getTagId());
     }
 }
 
@@ -251,24 +146,6 @@ void TagLayout::real(std::uint64_t offset, char const* name, double& field)
     auto bits = std::bit_cast<std::uint64_t>(field);
     u64(offset, name, bits);
     field = std::bit_cast<double>(bits);
-}
-
-void TagLayout::text(std::uint64_t offset, std::uint64_t width, char const* name, TagText& field)
-{
-    if (loading()) {
-        field.set(chars(offset), width);
-    } else {
-        writtenText(offset, width, name, field.get());
-    }
-}
-
-void TagLayout::optionalText(std::uint64_t offset, std::uint64_t width, char const* name, TagText& field)
-{
-    if (loading()) {
-        field.set(chars(offset), *chars(offset) == '\0' ? 0 : width);
-    } else {
-        writtenText(offset, width, name, field.get());
-    }
 }
 
 void TagLayout::writtenText(std::uint64_t offset, std::uint64_t width, char const* name, char const* text)
@@ -339,14 +216,7 @@ void TagLayout::saveModuleIndex(std::uint64_t offset, ZUL_module const* module)
     }
 }
 
-void TagLayout::reserved(std::uint64_t offset, std::uint64_t width)
-{
-    if (m_pass == Pass::Visit) {
-        show(offset, width, FieldKind::Reserved, "reserved");
-    }
-}
-
-void TagLayout::zeros(std::uint64_t offset, std::uint64_t width)
+void TagLayout::writeOrShowZeros(std::uint64_t offset, std::uint64_t width)
 {
     if (m_pass == Pass::Save) {
         std::memset(m_to + offset, 0, width);
@@ -367,12 +237,10 @@ void TagLayout::mustBeZero(std::uint64_t offset)
     demand(value == 0, "0");
 }
 
-void TagLayout::tailText(char const* name, std::uint64_t length, TagText& field)
+void TagLayout::writeOrShowTailText(char const* name, std::uint64_t offset, std::uint64_t length,
+                                    TagText const& field)
 {
-    std::uint64_t const offset = takeTail(length);
-    if (loading()) {
-        field.set(chars(offset), length);
-    } else if (m_pass == Pass::Save && length != 0) {
+    if (m_pass == Pass::Save && length != 0) {
         std::memcpy(m_to + offset, field.get(), length);
     } else if (m_pass == Pass::Visit && length != 0) {
         show(offset, length, FieldKind::Text, name);
@@ -442,26 +310,8 @@ void TagLayout::badLength(std::uint64_t expected, char const* relation)
     problem(TagProblem::Kind::BadLength, relation + std::to_string(expected), std::to_string(headerLength()));
 }
 
-std::uint32_t TagLayout::headerLength() const
-{
-    return m_avail < headerSize ? 0 : little_endian::read<std::uint32_t>(m_from + 4);
-}
-
 std::span<std::byte const> TagLayout::part(std::uint64_t offset, std::uint64_t width) const
 {
     std::uint64_t const begin = std::min(offset, m_avail);
     return {m_from + begin, std::min(width, m_avail - begin)};
-}
-
-char const* TagLayout::chars(std::uint64_t offset) const
-{
-    return reinterpret_cast<char const*>(m_from + offset);
-}
-
-/// Where the next variable part begins.
-std::uint64_t TagLayout::takeTail(std::uint64_t length)
-{
-    std::uint64_t const offset = m_tailOffset;
-    m_tailOffset += length;
-    return offset;
 }

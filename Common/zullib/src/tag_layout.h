@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <span>
 
+class TagBlocks;
 class ZUL_module;
 class ZUL_process;
 class ZUL_register;
@@ -24,7 +25,9 @@ class ZUL_register;
 /// stand before it.
 class TagLayout {
 public:
-    static TagLayout forLoading(ZUL_tag& tag, std::byte const* bytes, std::uint64_t avail);
+    /// @param texts where loaded texts go; null for texts of the tag's own
+    static TagLayout forLoading(ZUL_tag& tag, std::byte const* bytes, std::uint64_t avail,
+                                TagBlocks* texts = nullptr);
     static TagLayout forMeasuring(ZUL_tag& tag);
     static TagLayout forSaving(ZUL_tag& tag, std::byte* bytes);
     static TagLayout forVisiting(ZUL_tag& tag, std::span<std::byte const> bytes, FieldVisitor& visitor);
@@ -132,8 +135,19 @@ private:
     void number(std::uint64_t offset, char const* name, T& field);
     ZUL_module const* findModule(std::uint64_t offset, char const* name);
     void saveModuleIndex(std::uint64_t offset, ZUL_module const* module);
-    void loadTotal(std::uint64_t expected, TagProblem::Kind otherwise);
     void finishTotal(std::uint64_t tail, char const* tooBig, TagProblem::Kind otherwise);
+    [[noreturn]] void refuseLength() const;
+    [[noreturn]] void refuseField() const;
+    [[noreturn]] static void refuseOrphan();
+    [[noreturn]] static void refuseToWrite(char const* message);
+    void demandFails(char const* expected);
+    void writeOrShowFixed(std::uint64_t length);
+    std::uint64_t writeOrShowTailLength(std::uint64_t offset, unsigned width, char const* name,
+                                        std::uint64_t current, std::uint64_t limit, char const* tooLong);
+    void writeOrShowTotal(char const* tooBig, TagProblem::Kind otherwise);
+    void writeOrShowZeros(std::uint64_t offset, std::uint64_t width);
+    void writeOrShowTailText(char const* name, std::uint64_t offset, std::uint64_t length,
+                             TagText const& field);
     void saveHeader();
     void showHeader();
     void show(std::uint64_t offset, std::uint64_t width, FieldKind kind, char const* name);
@@ -149,16 +163,203 @@ private:
     std::byte const* m_from = nullptr;
     std::byte* m_to = nullptr;
     std::uint64_t m_avail = 0;
+    TagBlocks* m_texts = nullptr;
     FieldVisitor* m_visitor = nullptr;
     TagField m_last{}; // the field shown last, for demand()
     std::uint32_t m_id = 0;
     std::uint64_t m_fixedPart = 0;
     std::uint64_t m_length = 0;
     std::uint64_t m_tailOffset = 0;
-    std::array<PendingLength, 3> m_pending{}; // lengths that are written once all of them are known to fit
+    std::array<PendingLength, 3> m_pending; // lengths that are written once all of them are known to fit
     std::size_t m_pendingCount = 0;
     bool m_malformed = false; // total() refuses the tag once its lengths are right
 };
+
+// What loading does is inline: it runs for each field of each tag.
+
+inline TagLayout TagLayout::forLoading(ZUL_tag& tag, std::byte const* bytes, std::uint64_t avail,
+                                       TagBlocks* texts)
+{
+    TagLayout row(Pass::Load, tag);
+    row.m_from = bytes;
+    row.m_avail = avail;
+    row.m_texts = texts;
+    return row;
+}
+
+inline void TagLayout::needs(std::uint64_t count)
+{
+    if (loading() && m_avail < count) {
+        refuseLength();
+    }
+}
+
+inline void TagLayout::needsContainer() const
+{
+    if (loading() && m_tag.getParent() == nullptr) {
+        refuseOrphan();
+    }
+}
+
+inline void TagLayout::dependencies()
+{
+    if (writing()) {
+        m_tag.checkDependentFields();
+    }
+}
+
+inline void TagLayout::require(bool holds, char const* message) const
+{
+    if (!holds && writing()) {
+        refuseToWrite(message);
+    }
+}
+
+inline void TagLayout::demand(bool holds, char const* expected)
+{
+    if (!holds) {
+        demandFails(expected);
+    }
+}
+
+inline void TagLayout::demandOnceTotalled(bool holds, char const* expected)
+{
+    if (loading()) {
+        m_malformed = m_malformed || !holds;
+    } else {
+        demand(holds, expected);
+    }
+}
+
+inline std::uint32_t TagLayout::headerId(std::uint32_t saved)
+{
+    if (reading()) {
+        return m_avail < sizeof(std::uint32_t) ? 0 : little_endian::read<std::uint32_t>(m_from);
+    }
+    return m_id = saved;
+}
+
+inline void TagLayout::fixed(std::uint64_t length)
+{
+    m_length = m_fixedPart = length;
+    if (!loading()) {
+        writeOrShowFixed(length);
+    } else if (m_avail < length || headerLength() != length) {
+        refuseLength();
+    }
+}
+
+inline void TagLayout::variable(std::uint64_t fixedPart)
+{
+    m_fixedPart = m_tailOffset = fixedPart;
+    needs(fixedPart);
+    if (m_pass == Pass::Visit) {
+        showHeader();
+    }
+}
+
+inline std::uint64_t TagLayout::tailLength(std::uint64_t offset, unsigned width, char const* name,
+                                           std::uint64_t current, std::uint64_t limit, char const* tooLong)
+{
+    if (!loading()) {
+        return writeOrShowTailLength(offset, width, name, current, limit, tooLong);
+    }
+    switch (width) {
+    case 1:
+        return little_endian::read<std::uint8_t>(m_from + offset);
+    case 2:
+        return little_endian::read<std::uint16_t>(m_from + offset);
+    default:
+        return little_endian::read<std::uint32_t>(m_from + offset);
+    }
+}
+
+inline void TagLayout::total(std::uint64_t tail, char const* tooBig)
+{
+    finishTotal(tail, tooBig, TagProblem::Kind::BadLength);
+}
+
+inline void TagLayout::totalElseMalformed(std::uint64_t tail, char const* tooBig)
+{
+    finishTotal(tail, tooBig, TagProblem::Kind::Malformed);
+}
+
+inline void TagLayout::finishTotal(std::uint64_t tail, char const* tooBig, TagProblem::Kind otherwise)
+{
+    m_length = m_fixedPart + tail;
+    if (!loading()) {
+        return writeOrShowTotal(tooBig, otherwise);
+    }
+    std::uint64_t const stated = headerLength();
+    if (stated > m_avail || (stated != m_length && otherwise == TagProblem::Kind::BadLength)) {
+        refuseLength();
+    }
+    if (stated != m_length || m_malformed) {
+        refuseField();
+    }
+}
+
+inline void TagLayout::text(std::uint64_t offset, std::uint64_t width, char const* name, TagText& field)
+{
+    if (loading()) {
+        field.set(chars(offset), width, m_texts);
+    } else {
+        writtenText(offset, width, name, field.get());
+    }
+}
+
+inline void TagLayout::optionalText(std::uint64_t offset, std::uint64_t width, char const* name,
+                                    TagText& field)
+{
+    if (loading()) {
+        field.set(chars(offset), *chars(offset) == '\0' ? 0 : width, m_texts);
+    } else {
+        writtenText(offset, width, name, field.get());
+    }
+}
+
+inline void TagLayout::reserved(std::uint64_t offset, std::uint64_t width)
+{
+    if (m_pass == Pass::Visit) {
+        show(offset, width, FieldKind::Reserved, "reserved");
+    }
+}
+
+inline void TagLayout::zeros(std::uint64_t offset, std::uint64_t width)
+{
+    if (!loading()) {
+        writeOrShowZeros(offset, width);
+    }
+}
+
+inline void TagLayout::tailText(char const* name, std::uint64_t length, TagText& field)
+{
+    std::uint64_t const offset = takeTail(length);
+    if (loading()) {
+        field.set(chars(offset), length, m_texts);
+    } else {
+        writeOrShowTailText(name, offset, length, field);
+    }
+}
+
+inline std::uint32_t TagLayout::headerLength() const
+{
+    constexpr std::uint64_t headerSize = 8;
+    return m_avail < headerSize ? 0 : little_endian::read<std::uint32_t>(m_from + 4);
+}
+
+inline char const* TagLayout::chars(std::uint64_t offset) const
+{
+    return reinterpret_cast<char const*>(m_from + offset);
+}
+
+/// Where the next variable part begins.
+inline std::uint64_t TagLayout::takeTail(std::uint64_t length)
+{
+    std::uint64_t const offset = m_tailOffset;
+    m_tailOffset += length;
+    return offset;
+}
 
 template <std::integral T>
 inline void TagLayout::number(std::uint64_t offset, char const* name, T& field)

@@ -1,6 +1,25 @@
 #include "tag_text.h"
 
+#include "tag_blocks.h"
+
 #include <cstring>
+#include <memory>
+#include <utility>
+
+TagText& TagText::operator=(TagText const& other)
+{
+    if (this != &other) {
+        set(other.m_text, other.sizeWithTerminator());
+    }
+    return *this;
+}
+
+TagText& TagText::operator=(TagText&& other) noexcept
+{
+    TagText taken(std::move(other));
+    swap(taken);
+    return *this;
+}
 
 void TagText::set(char const* src)
 {
@@ -9,11 +28,31 @@ void TagText::set(char const* src)
 
 void TagText::set(char const* src, std::size_t width)
 {
-    bool const isSet = src != nullptr && width != 0;
-    if (isSet) {
-        m_text.assign(src, strnlen(src, width)); // src may be a part of the text itself
-    } else {
-        m_text = std::string();
+    set(src, width, nullptr);
+}
+
+void TagText::set(char const* src, std::size_t width, TagBlocks* blocks)
+{
+    if (src == nullptr || width == 0) {
+        assign(nullptr, 0, false);
+        return;
     }
-    m_isSet = isSet;
+    std::size_t const length = strnlen(src, width);
+    if (length == 0) {
+        assign("", 0, false);
+    } else if (blocks != nullptr) {
+        assign(blocks->copyText(src, length), length, false);
+    } else {
+        // The source may be a part of the text that is owned now: it goes only after the copy is made.
+        auto copy = std::make_unique_for_overwrite<char[]>(length + 1);
+        std::memcpy(copy.get(), src, length);
+        copy[length] = '\0';
+        assign(copy.release(), length, true);
+    }
+}
+
+void TagText::swap(TagText& other) noexcept
+{
+    std::swap(m_text, other.m_text);
+    std::swap(m_lengthAndOwned, other.m_lengthAndOwned);
 }

@@ -6,6 +6,7 @@
 #include "ZUL_multi_data.h"
 #include "dynarray.h"
 #include "mapped_file.h"
+#include "tag_blocks.h"
 #include "tag_index.h"
 #include "zul_class.h"
 #include "zultagsearch.h"
@@ -74,7 +75,8 @@ public:
 
     ZUL& m_zul;
     std::vector<MappedFile>
-        m_mappings; // of every file that tags may have been read from; they outlive the tags
+        m_mappings;     // of every file that tags may have been read from; they outlive the tags
+    TagBlocks m_blocks; // with the tags that were loaded, and their texts
     dynarray_zultp<ZUL_multi_data> m_configs;
     dynarray_zultp<ZUL_tag> m_tags;
     std::unique_ptr<ZUL_author> m_author;

@@ -1,6 +1,7 @@
 #include "zul_tag.h"
 
 #include "zul_class.h"
+#include "zul_private.h"
 
 #include <cstring>
 #include <memory>
@@ -14,6 +15,16 @@ namespace {
 }
 
 } // namespace
+
+void ZUL_tag::operator delete(ZUL_tag* tag, std::destroying_delete_t)
+{
+    bool const inBlocks = tag->m_inBlocks;
+    void* const memory = dynamic_cast<void*>(tag); // of the whole object, whatever class it has
+    tag->~ZUL_tag();
+    if (!inBlocks) {
+        ::operator delete(memory);
+    }
+}
 
 void ZUL_tag::setParent(ZUL* parent)
 {
@@ -71,4 +82,9 @@ void ZUL_tag::keyChanged()
     if (m_filed && m_parent != nullptr) {
         m_parent->tagKeyChanged(*this);
     }
+}
+
+TagBlocks* ZUL_tag::textBlocks() const noexcept
+{
+    return m_inBlocks && !m_filed ? &m_parent->m_private->m_blocks : nullptr;
 }

@@ -1,5 +1,6 @@
 #include "fpga_design.h"
 #include "key_table.h"
+#include "number_table.h"
 #include "seeded_hash.h"
 #include "zullib.h"
 
@@ -10,7 +11,7 @@ namespace {
 using Modules = std::vector<std::unique_ptr<zul_module_ext>>;
 
 /// Finds the first module with an index.
-using ModuleByIndex = KeyTable<std::uint64_t, zul_module_ext*, SeededHash>;
+using ModuleByIndex = NumberTable<zul_module_ext*>;
 
 std::uint64_t indexKey(std::int64_t index)
 {
@@ -93,7 +94,7 @@ private:
     }
 
     KeyTable<std::string_view, zul_module_ext const*, SeededHash> m_modules;
-    KeyTable<std::uint64_t, bool, SeededHash> m_noted; // indices whose parameters are in the next table
+    NumberTable<bool> m_noted; // indices whose parameters are in the next table
     KeyTable<ParamKey, int, ParamHash> m_params;
 };
 

@@ -345,3 +345,14 @@ TEST(ZulLoad, TagReadWithoutContainerIsALogicError)
 }
 
 } // namespace
+
+TEST(Load, LoadedTagThatReadsItselfAgainKeepsTheLaterText)
+{
+    LoadedContainer loaded(sample::everyKind());
+    ZUL_tag* const process = loaded.zul.getTagAt(ZUL_process::tag_id, 0);
+    Bytes const other = Bytes().u32(0x8158000).u32(80).u32(9).text("another name", 64).u32(1);
+    for (int i = 0; i < 3; ++i) {
+        process->Load(other.data(), other.size());
+        EXPECT_STREQ(static_cast<ZUL_process*>(process)->getName(), "another name");
+    }
+}

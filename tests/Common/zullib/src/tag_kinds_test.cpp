@@ -1,5 +1,7 @@
 #include "tag_kinds.h"
 
+#include "tag_blocks.h"
+
 #include "container_bytes.h"
 #include "loaded_container.h"
 #include "sample_tags.h"
@@ -81,6 +83,29 @@ TEST(TagKinds, MakeTagsOfTheirClassForAContainer)
             << "registers learn their layout by loading";
     }
     EXPECT_EQ(zul.getTotalTagCount(), 0U);
+}
+
+TEST(TagKinds, MakeTheSameInBlocks)
+{
+    ZUL zul;
+    TagBlocks blocks;
+    for (TagKind const& kind : tagKinds()) {
+        std::unique_ptr<LaidOutTag> const made = kind.create(&zul);
+        std::unique_ptr<LaidOutTag> const inBlocks = kind.createIn(blocks, &zul);
+        EXPECT_EQ(inBlocks->getParent(), &zul);
+        EXPECT_TRUE(typeid(*inBlocks) == typeid(*made)) << kind.className;
+        EXPECT_EQ(inBlocks->getTagId(), made->getTagId());
+    }
+}
+
+TEST(TagKinds, DestinationsOutliveTheBlocksBecauseTheyMayLeaveTheirContainer)
+{
+    std::unique_ptr<LaidOutTag> destination;
+    {
+        TagBlocks blocks;
+        destination = findTagKind(ZUL_destination::tag_id)->createIn(blocks, nullptr);
+    }
+    EXPECT_EQ(static_cast<ZUL_destination const*>(destination.get())->getIndex(), 0);
 }
 
 TEST(TagKinds, CopyWhatTheyOwnAndKeepWhatTheyReferTo)

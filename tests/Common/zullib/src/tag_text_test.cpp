@@ -1,5 +1,7 @@
 #include "tag_text.h"
 
+#include "tag_blocks.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
@@ -149,6 +151,38 @@ TEST(TagText, MovesItsText)
     TagText assigned;
     assigned = std::move(moved);
     EXPECT_EQ(assigned.view(), chars);
+}
+
+TEST(TagText, LiesInTheBlocksThatItIsGivenUntilItChanges)
+{
+    TagBlocks blocks;
+    TagText text;
+    text.set("a text in blocks, and more", 16, &blocks);
+    EXPECT_STREQ(text.get(), "a text in blocks");
+    text.set(text.get() + 2);
+    EXPECT_STREQ(text.get(), "text in blocks");
+    text.set("once more", 64, &blocks);
+    EXPECT_STREQ(text.get(), "once more");
+    text.set("", 64, &blocks);
+    ASSERT_NE(text.get(), nullptr);
+    EXPECT_STREQ(text.get(), "");
+    text.set("none", 0, &blocks);
+    EXPECT_EQ(text.get(), nullptr);
+}
+
+TEST(TagText, CopiesOfATextInBlocksOutliveThem)
+{
+    TagText copy;
+    TagText assigned;
+    {
+        TagBlocks blocks;
+        TagText text;
+        text.set("control", 64, &blocks);
+        copy = TagText(std::as_const(text));
+        assigned = std::as_const(text);
+    }
+    EXPECT_STREQ(copy.get(), "control");
+    EXPECT_STREQ(assigned.get(), "control");
 }
 
 TEST(TagText, TerminatorIsCountedOnRequest)

@@ -236,3 +236,43 @@ TEST(ChangeString, MayTakePartOfTheOldText)
     ZUL_tag::changeString(&owned.text, owned.text + 5);
     EXPECT_STREQ(owned.text, "right");
 }
+
+namespace {
+
+struct Neighbour {
+    virtual ~Neighbour() = default;
+    int number = 5;
+};
+
+/// The tag is not the first part of the object.
+class SecondBaseTag : public Neighbour, public PlainTag {
+public:
+    explicit SecondBaseTag(bool& ended) : m_ended(ended) {}
+    SecondBaseTag(SecondBaseTag const&) = delete;
+    SecondBaseTag& operator=(SecondBaseTag const&) = delete;
+    ~SecondBaseTag() override { m_ended = true; }
+
+private:
+    bool& m_ended;
+};
+
+class RefusingTag : public PlainTag {
+public:
+    RefusingTag() { throw std::runtime_error("no"); }
+};
+
+} // namespace
+
+TEST(Tag, IsDeletedAsAWholeThroughItsTagBase)
+{
+    bool ended = false;
+    ZUL_tag* const tag = new SecondBaseTag(ended);
+    delete tag; // a wrong address would be noticed by the allocator
+    EXPECT_TRUE(ended);
+}
+
+TEST(Tag, ThatCannotBeMadeLeavesNoMemoryBehind)
+{
+    EXPECT_THROW(std::make_unique<RefusingTag>(),
+                 std::runtime_error); // the leak check of the sanitizer sees the rest
+}
