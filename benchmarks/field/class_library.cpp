@@ -3,7 +3,7 @@
 #include "zullib.h"
 
 #include <stdexcept>
-#include <unordered_map>
+#include <vector>
 
 namespace {
 
@@ -15,10 +15,15 @@ public:
             throw std::runtime_error("the container does not load");
         }
         // A parameter knows its module; the other way round is the caller's.
-        for (unsigned int i = 0; i < m_zul.getTagCount(ZUL_param::tag_id); ++i) {
-            auto const* const param = static_cast<ZUL_param const*>(m_zul.getTagAt(ZUL_param::tag_id, i));
-            m_parameters[param->getModule()].push_back(param);
-        }
+        m_zul.forEachTag([this](ZUL_tag& tag) {
+            if (tag.getTagId() == ZUL_module::tag_id) {
+                m_parameters.emplace_back();
+            } else if (tag.getTagId() == ZUL_param::tag_id) {
+                // The modules of this content are numbered as they follow each other.
+                auto const& param = static_cast<ZUL_param const&>(tag);
+                m_parameters.at(static_cast<std::size_t>(param.getModuleIndex())).push_back(&param);
+            }
+        });
     }
 
     LookedUp lookUp(std::span<std::string const> names) override
@@ -35,12 +40,9 @@ public:
     Walked walk() override
     {
         Walked walked;
-        for (unsigned int i = 0; i < m_zul.getTagCount(ZUL_module::tag_id); ++i) {
-            auto const* const module = static_cast<ZUL_module const*>(m_zul.getTagAt(ZUL_module::tag_id, i));
-            if (auto const found = m_parameters.find(module); found != m_parameters.end()) {
-                for (ZUL_param const* const param : found->second) {
-                    walked.add(param->getValue(), *param->getName());
-                }
+        for (auto const& module : m_parameters) {
+            for (ZUL_param const* const param : module) {
+                walked.add(param->getValue(), *param->getName());
             }
         }
         return walked;
@@ -68,7 +70,7 @@ public:
 
 private:
     ZUL m_zul;
-    std::unordered_map<ZUL_module const*, std::vector<ZUL_param const*>> m_parameters;
+    std::vector<std::vector<ZUL_param const*>> m_parameters;
 };
 
 class ClassLibrary : public ContainerFormat {

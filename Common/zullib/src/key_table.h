@@ -1,10 +1,13 @@
 #pragma once
 
+#include "kova/templates/platform/memory_blocks.h"
+
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
-#include <memory>
 #include <new>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -37,7 +40,8 @@ public:
             return {&item(slot.item).value, false};
         }
         if (m_count % itemsOfChunk == 0) {
-            m_chunks.push_back(std::make_unique<Item[]>(itemsOfChunk));
+            auto* const chunk = new (m_memory.take(sizeof(Chunk))) Chunk;
+            m_chunks.push_back(chunk);
         }
         slot = {hash, m_count++};
         item(slot.item).key = key;
@@ -48,6 +52,7 @@ public:
     {
         m_slots.clear();
         m_chunks.clear();
+        m_memory.clear();
         m_count = 0;
     }
 
@@ -65,7 +70,10 @@ private:
         Value value{};
     };
 
-    Item& item(std::uint32_t number) { return m_chunks[number / itemsOfChunk][number % itemsOfChunk]; }
+    using Chunk = std::array<Item, itemsOfChunk>;
+    static_assert(std::is_trivially_destructible_v<Item>);
+
+    Item& item(std::uint32_t number) { return (*m_chunks[number / itemsOfChunk])[number % itemsOfChunk]; }
 
     static std::uint32_t hashOf(Key const& key) { return static_cast<std::uint32_t>(Hash()(key)); }
 
@@ -98,6 +106,7 @@ private:
     }
 
     std::vector<Slot> m_slots; // their number is a power of two, a quarter of them free at least
-    std::vector<std::unique_ptr<Item[]>> m_chunks;
+    kova::templates::platform::MemoryBlocks m_memory; // of the items
+    std::vector<Chunk*> m_chunks;
     std::uint32_t m_count = 0;
 };

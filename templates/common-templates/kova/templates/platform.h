@@ -3,6 +3,7 @@
 #include "kova/templates/platform/critical_section.h"
 #include "kova/templates/platform/invariant.h"
 #include "kova/templates/platform/map_file.h"
+#include "kova/templates/platform/memory_blocks.h"
 #include "kova/templates/platform/properties_file.h"
 #include "kova/templates/platform/recursive_mutex.h"
 #include "kova/templates/platform/simple_thread.h"

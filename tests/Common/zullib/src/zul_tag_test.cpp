@@ -244,6 +244,9 @@ struct Neighbour {
     int number = 5;
 };
 
+// The compiler takes the deletion of an object through its second base for that of a part.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wfree-nonheap-object"
 /// The tag is not the first part of the object.
 class SecondBaseTag : public Neighbour, public PlainTag {
 public:
@@ -255,6 +258,7 @@ public:
 private:
     bool& m_ended;
 };
+#pragma GCC diagnostic pop
 
 class RefusingTag : public PlainTag {
 public:

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+namespace kova::templates::platform {
+
+/// Memory that is handed out piece by piece from blocks that grow with what is taken, and given back as a whole.
+///
+/// Blocks of a large amount lie in huge pages where the system has them: to fault in and to find thousands of small
+/// pages costs more than what is usually done with the memory.
+class MemoryBlocks {
+public:
+    MemoryBlocks() = default;
+    MemoryBlocks(MemoryBlocks const&) = delete;
+    MemoryBlocks& operator=(MemoryBlocks const&) = delete;
+
+    /// @p size bytes, aligned for any object of a fundamental type, valid until clear(). @throws std::bad_alloc
+    void* take(std::size_t size)
+    {
+        std::size_t const padding = -reinterpret_cast<std::uintptr_t>(m_next) % alignof(std::max_align_t);
+        if (m_left < padding || m_left - padding < size) {
+            return takeFrom(addBlock(size), size);
+        }
+        return takeFrom(m_next + padding, size);
+    }
+    /// @p size bytes at any address. @throws std::bad_alloc
+    char* takeCharacters(std::size_t size)
+    {
+        return static_cast<char*>(takeFrom(m_left < size ? addBlock(size) : m_next, size));
+    }
+
+    /// Gives everything back.
+    void clear() noexcept;
+
+private:
+    struct Release {
+        void operator()(std::byte* block) const noexcept;
+    };
+
+    /// A new block of at least @p size bytes.
+    std::byte* addBlock(std::size_t size);
+
+    void* takeFrom(std::byte* place, std::size_t size) noexcept
+    {
+        m_left -= static_cast<std::size_t>(place - m_next) + size;
+        m_next = place + size;
+        return place;
+    }
+
+    std::vector<std::unique_ptr<std::byte, Release>> m_blocks;
+    std::byte* m_next = nullptr; // what is free in the last block
+    std::size_t m_left = 0;
+    std::size_t m_total = 0; // bytes of all blocks
+};
+
+} // namespace kova::templates::platform
