@@ -13,7 +13,7 @@ public:
 
     /// @param module not owned, has to outlive this tag; may be null
     ZUL_camparam(ZUL* parent, unsigned int channel, ZUL_module const* module)
-        : LaidOutTag(parent), m_module(module), m_channel(channel)
+        : LaidOutTag(parent), m_channel(channel), m_module(module)
     {
     }
     ZUL_camparam(ZUL_camparam const& other) = default;
@@ -46,6 +46,6 @@ public:
 private:
     void layout(TagLayout& row) override;
 
-    ZUL_module const* m_module;
     std::uint32_t m_channel;
+    ZUL_module const* m_module;
 };

@@ -66,8 +66,6 @@ private:
 
     void layout(TagLayout& row) override;
 
-    ZUL_module const* m_module;
-    TagText m_name;
     bool m_input;
     std::uint32_t m_linkIndex = 0;
     std::uint32_t m_formatIndex = 0;
@@ -80,4 +78,6 @@ private:
     std::uint32_t m_kernelColumns = 0;
     std::uint32_t m_maxWidth = 0;
     std::uint32_t m_maxHeight = 0;
+    ZUL_module const* m_module;
+    TagText m_name;
 };

@@ -15,7 +15,7 @@ public:
     /// @param dmaChannel stored as a signed number
     /// @param module not owned, has to outlive this tag; may be null
     ZUL_dma_param(ZUL* parent, unsigned int dmaChannel, ZUL_module const* module)
-        : LaidOutTag(parent), m_module(module), m_dmaChannel(static_cast<int>(dmaChannel))
+        : LaidOutTag(parent), m_dmaChannel(static_cast<int>(dmaChannel)), m_module(module)
     {
     }
     ZUL_dma_param(ZUL_dma_param const& other) = default;
@@ -47,10 +47,10 @@ public:
 private:
     void layout(TagLayout& row) override;
 
-    ZUL_module const* m_module;
     std::int32_t m_dmaChannel;
     std::uint32_t m_maxWidth = 0;
     std::uint32_t m_maxHeight = 0;
     std::uint32_t m_format = 0;
     std::uint32_t m_bitWidth = 0;
+    ZUL_module const* m_module;
 };

@@ -54,10 +54,10 @@ public:
 private:
     void layout(TagLayout& row) override;
 
-    ZUL_process const* m_process;
     std::int32_t m_index = -1;
     std::uint32_t m_paramCount = 0;
     std::uint32_t m_channelCount = 0;
+    ZUL_process const* m_process;
     TagText m_type;
     TagText m_instance;
     TagText m_fullName;

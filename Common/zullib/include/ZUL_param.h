@@ -5,6 +5,7 @@
 #include "tag_text.h"
 
 #include <cstdint>
+#include <variant>
 
 class ZUL_module;
 
@@ -28,8 +29,9 @@ public:
     /// A parameter without name, with value 0, without elements, with flags 0 and parameter index -1.
     /// @param module not owned, has to outlive this tag; may be null
     ZUL_param(ZUL* parent, QL_ParamType type, ZUL_module const* module)
-        : LaidOutTag(parent), m_module(module), m_type(type)
+        : LaidOutTag(parent), m_type(type), m_module(module)
     {
+        discardValue();
     }
     /// A parameter without container. @throws as the assignment
     ZUL_param(ZUL_param const& other);
@@ -67,7 +69,10 @@ public:
     /// Does nothing unless the type is an integer one.
     void setValue(unsigned long long const& value) noexcept;
     /// 0 unless the type is an integer one.
-    unsigned long long getValue() const noexcept { return m_integer; }
+    unsigned long long getValue() const noexcept
+    {
+        return value<std::uint64_t>() == nullptr ? 0 : *value<std::uint64_t>();
+    }
     /// Does nothing unless the type is the double one.
     void setValue(double const& value) noexcept;
     /// A quiet NaN unless the type is the double one.
@@ -75,7 +80,10 @@ public:
     /// Keeps the whole of @p text, "" included; null leaves none. Does nothing unless the type is a text one.
     void setParamString(char const* text);
     /// Null when there is none or the type is not a text one; valid until the next change of the value.
-    char const* getParamString() const noexcept { return m_text.get(); }
+    char const* getParamString() const noexcept
+    {
+        return value<TagText>() == nullptr ? nullptr : value<TagText>()->get();
+    }
 
     /// Copies @p count elements of 8 bytes each.
     /// @param kind what the elements are; has to fit the type
@@ -85,7 +93,10 @@ public:
     void setField(void const* data, fieldType kind, unsigned int count);
     /// The elements; null when there are none or the type is not a field. After loading they lie in the
     /// loaded bytes and live as long as these. Valid until the next change of the value; not aligned.
-    void const* getField() const noexcept { return m_field.data(); }
+    void const* getField() const noexcept
+    {
+        return value<TagBytes>() == nullptr ? nullptr : value<TagBytes>()->data();
+    }
     /// Number of elements.
     unsigned int getFieldSize() const noexcept { return m_fieldSize; }
     /// Bytes of the elements; 0 when the type is not a field.
@@ -105,15 +116,18 @@ private:
     void checkFieldKind(fieldType kind) const;
     void discardValue() noexcept;
 
-    ZUL_module const* m_module;
-    TagText m_name;
+    /// The part of the value that the type stands for, or null.
+    template <class Part>
+    Part const* value() const noexcept
+    {
+        return std::get_if<Part>(&m_value);
+    }
+
     std::int32_t m_paramIndex = -1;
     std::uint32_t m_flags = 0;
     QL_ParamType m_type;
     std::uint32_t m_fieldSize = 0;
-    // The value: at most the one that the type stands for is not 0 or absent.
-    std::uint64_t m_integer = 0;
-    double m_real = 0;
-    TagText m_text;
-    TagBytes m_field;
+    ZUL_module const* m_module;
+    TagText m_name;
+    std::variant<std::uint64_t, double, TagText, TagBytes> m_value; // the alternative follows from the type
 };

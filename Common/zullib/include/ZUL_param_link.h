@@ -60,12 +60,12 @@ public:
 private:
     void layout(TagLayout& row) override;
 
-    ZUL_module const* m_sourceModule;
-    ZUL_module const* m_destinationModule;
+    bool m_flag = true;
     std::int32_t m_sourceParamIndex = -1;
     std::int32_t m_destinationParamIndex = -1;
+    ZUL_module const* m_sourceModule;
+    ZUL_module const* m_destinationModule;
     TagText m_sourceName;
     TagText m_destinationName;
     TagText m_destinationModuleName;
-    bool m_flag = true;
 };

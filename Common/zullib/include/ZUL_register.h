@@ -66,7 +66,7 @@ public:
     bool iAmANewRegister() const;
 
     /// Which of the two layouts the register was read in or made for.
-    std::uint32_t getTagId() const override { return m_storedId; }
+    std::uint32_t getTagId() const override { return m_isStoredNew ? new_tag_id : old_tag_id; }
 
     /// Whether a file may have @p type.
     static constexpr bool isAccess(std::uint32_t type) noexcept { return type == access1 || type == access2; }
@@ -79,12 +79,13 @@ private:
     void newLayout(TagLayout& row);
     void take(std::uint32_t type, std::uint32_t writable);
 
-    TagText m_name;
+    // In the order of their widths: there are many registers.
     std::uint8_t m_msb = 64;
     std::uint8_t m_lsb = 1;
     bool m_readOnly = true;
+    bool m_isStoredNew = true;
     std::uint32_t m_address = 0;
     access m_access = access1;
     std::uint64_t m_cache = 0;
-    std::uint32_t m_storedId = new_tag_id;
+    TagText m_name;
 };

@@ -43,8 +43,8 @@ private:
 
     void layout(TagLayout& row) override;
 
-    TagText m_target;
-    TagText m_alias;
     bool m_readOnly = false;
     ZUL_register::access m_access = ZUL_register::access1;
+    TagText m_target;
+    TagText m_alias;
 };

@@ -34,7 +34,7 @@ public:
 
     /// A change of the type leaves the number 0 or no text. Numbers that are no type change nothing.
     void setType(ZUL_user_info::type const& newType);
-    ZUL_user_info::type getType() const noexcept { return m_type; }
+    ZUL_user_info::type getType() const noexcept { return static_cast<ZUL_user_info::type>(m_type); }
 
     /// Makes the value a number.
     void setValue(unsigned int value);
@@ -61,8 +61,8 @@ private:
     void layout(TagLayout& row) override;
     bool hasValidType() const noexcept { return m_type == integer || m_type == text; }
 
-    TagText m_info;
-    ZUL_user_info::type m_type = integer;
+    std::uint16_t m_type = integer; // as stored: a failed load may leave what is no type
     std::uint32_t m_integer = 0;
+    TagText m_info;
     TagText m_text;
 };

@@ -6,7 +6,7 @@
 #include <stdexcept>
 
 ZUL_channel_param::ZUL_channel_param(ZUL* parent, bool input, ZUL_module const* module, char const* name)
-    : LaidOutTag(parent), m_module(module), m_input(input)
+    : LaidOutTag(parent), m_input(input), m_module(module)
 {
     setName(name);
 }

@@ -58,10 +58,9 @@ ZUL_param& ZUL_param::operator=(ZUL_param const& other)
     }
     other.checkElements();
     TagText name = other.m_name;
-    TagText text = other.m_text;
-    TagBytes field = other.m_field;
-    if (isStringType(other.m_type) && !text) {
-        text.set("", 1);
+    auto copy = other.m_value;
+    if (auto* const text = std::get_if<TagText>(&copy); text != nullptr && !*text) {
+        text->set("", 1);
     }
     m_name = std::move(name);
     m_module = other.m_module;
@@ -69,10 +68,7 @@ ZUL_param& ZUL_param::operator=(ZUL_param const& other)
     m_flags = other.m_flags;
     m_type = other.m_type;
     m_fieldSize = other.m_fieldSize;
-    m_integer = other.m_integer;
-    m_real = other.m_real;
-    m_text = std::move(text);
-    m_field = std::move(field);
+    m_value = std::move(copy);
     return *this;
 }
 
@@ -95,31 +91,38 @@ void ZUL_param::layout(TagLayout& row)
     row.demandOnceTotalled(storage != Storage::None, "1 to 8, 13, 14 or 16");
     auto const elements = row.tailLength(104, 4, "element count", isField ? m_fieldSize : 0);
     row.demandOnceTotalled(isField == (elements != 0), isField ? "at least 1" : "0");
-    auto const characters = row.tailLength(120, 4, "text length", m_text.length());
+    auto const* const text = value<TagText>();
+    auto const characters = row.tailLength(120, 4, "text length", text == nullptr ? 0 : text->length());
     row.demandOnceTotalled(isText || characters == 0, "0");
     std::uint64_t const fieldBytes = isField ? elements * elementSize : 0;
     row.total(fieldBytes + characters, "The size of a parameter description grew to big to save it!");
 
     if (row.reading()) {
-        discardValue();
         m_type = QL_ParamType{type};
+        discardValue();
         m_fieldSize = static_cast<std::uint32_t>(elements);
         m_paramIndex = -1;
     }
+    std::uint64_t integer = getValue();
+    double real = storage == Storage::Real ? getValueDouble() : 0;
     row.reserved( 12, 4);
     row.text    ( 16, nameWidth, "name", m_name);
-    row.u64     ( 80, "integer value", m_integer);
-    row.real    ( 88, "double value", m_real);
+    row.u64     ( 80, "integer value", integer);
+    row.real    ( 88, "double value", real);
     row.u32     ( 96, "flags", m_flags);
     row.reserved(108, 12);
     row.reserved(124, 68);
     if (isField) {
-        row.tailBytes("elements", fieldBytes, m_field);
+        row.tailBytes("elements", fieldBytes, *std::get_if<TagBytes>(&m_value));
     }
-    row.tailText("text", characters, m_text);
+    TagText none;
+    row.tailText("text", characters, isText ? *std::get_if<TagText>(&m_value) : none);
 
-    m_integer = storage == Storage::Integer ? m_integer : 0;
-    m_real = storage == Storage::Real ? m_real : 0;
+    if (row.reading() && storage == Storage::Integer) {
+        m_value = integer;
+    } else if (row.reading() && storage == Storage::Real) {
+        m_value = real;
+    }
 }
 // clang-format on
 
@@ -141,7 +144,8 @@ void ZUL_param::checkValueCanBeSaved() const
 void ZUL_param::checkElements() const
 {
     // A change from one field type to another keeps the count but not the elements.
-    if (b_fieldlen() != m_field.size()) {
+    auto const* const field = value<TagBytes>();
+    if (field != nullptr && b_fieldlen() != field->size()) {
         throw ZUL_invalid_data("field without elements");
     }
 }
@@ -167,27 +171,27 @@ bool ZUL_param::isStringType(QL_ParamType type) const noexcept
 void ZUL_param::setValue(unsigned long long const& value) noexcept
 {
     if (storageOf(m_type) == Storage::Integer) {
-        m_integer = value;
+        m_value.emplace<std::uint64_t>(value);
     }
 }
 
 void ZUL_param::setValue(double const& value) noexcept
 {
     if (storageOf(m_type) == Storage::Real) {
-        m_real = value;
+        m_value = value;
     }
 }
 
 double ZUL_param::getValueDouble() const noexcept
 {
-    return storageOf(m_type) == Storage::Real ? m_real : std::numeric_limits<double>::quiet_NaN();
+    return value<double>() == nullptr ? std::numeric_limits<double>::quiet_NaN() : *value<double>();
 }
 
 void ZUL_param::setParamString(char const* text)
 {
-    if (isStringType(m_type)) {
+    if (auto* const own = std::get_if<TagText>(&m_value)) {
         // The terminator counts as room, so that "" is kept as an empty text.
-        m_text.set(text, text == nullptr ? 0 : std::strlen(text) + 1);
+        own->set(text, text == nullptr ? 0 : std::strlen(text) + 1);
     }
 }
 
@@ -200,7 +204,7 @@ void ZUL_param::setField(void const* data, fieldType kind, unsigned int count)
     if (data == nullptr) {
         throw ZUL_invalid_data("field without elements");
     }
-    m_field.copyFrom(data, count * elementSize);
+    std::get_if<TagBytes>(&m_value)->copyFrom(data, count * elementSize);
     m_fieldSize = count;
 }
 
@@ -224,8 +228,17 @@ unsigned long ZUL_param::b_fieldlen() const noexcept
 
 void ZUL_param::discardValue() noexcept
 {
-    m_integer = 0;
-    m_real = 0;
-    m_text.set(nullptr);
-    m_field.clear();
+    switch (storageOf(m_type)) {
+    case Storage::Real:
+        m_value.emplace<double>(0);
+        break;
+    case Storage::Text:
+        m_value.emplace<TagText>();
+        break;
+    case Storage::Field:
+        m_value.emplace<TagBytes>();
+        break;
+    default:
+        m_value.emplace<std::uint64_t>(0);
+    }
 }

@@ -8,7 +8,7 @@
 #include <stdexcept>
 
 ZUL_register::ZUL_register(ZUL* parent, char const* name, bool old)
-    : LaidOutTag(parent), m_storedId(old ? old_tag_id : new_tag_id)
+    : LaidOutTag(parent), m_isStoredNew(!old)
 {
     if (name != nullptr) {
         ZUL_register::setName(name);
@@ -30,7 +30,7 @@ ZUL_register& ZUL_register::operator=(ZUL_register const& other)
         m_address = other.m_address;
         m_access = other.m_access;
         m_cache = other.m_cache;
-        m_storedId = other.m_storedId;
+        m_isStoredNew = other.m_isStoredNew;
         keyChanged();
     }
     return *this;
@@ -44,7 +44,7 @@ void ZUL_register::layout(TagLayout& row)
         throw ZUL_file_malformed_tag(id);
     }
     if (row.reading()) {
-        m_storedId = id == old_tag_id ? old_tag_id : new_tag_id;
+        m_isStoredNew = id != old_tag_id;
     }
     if (id == old_tag_id) {
         oldLayout(row);
@@ -118,7 +118,7 @@ void ZUL_register::setName(char const* name)
 {
     m_name.set(name);
     if (m_name.length() > oldNameWidth) {
-        m_storedId = new_tag_id;
+        m_isStoredNew = true;
     }
     keyChanged();
 }
@@ -183,5 +183,5 @@ void ZUL_register::setType(access const& type) noexcept
 bool ZUL_register::iAmANewRegister() const
 {
     ZUL const* const zul = getParent();
-    return m_storedId != old_tag_id || (zul != nullptr && zul->getRegisterPolicy() != 0);
+    return m_isStoredNew || (zul != nullptr && zul->getRegisterPolicy() != 0);
 }

@@ -37,11 +37,9 @@ ZUL_user_info& ZUL_user_info::operator=(ZUL_user_info const& other)
 // clang-format off
 void ZUL_user_info::layout(TagLayout& row)
 {
-    auto storedType = static_cast<std::uint16_t>(m_type);
     row.fixed(144);
     row.text( 8, infoWidth, "info", m_info);
-    row.u16 (72,            "type", storedType);
-    m_type = static_cast<ZUL_user_info::type>(storedType);
+    row.u16 (72,            "type", m_type);
     row.demand(hasValidType(), "200 or 300");
     if (row.saving()) {
         row.require(hasValidType(), "Tried to save a zul_user_info with an invalid type");
@@ -70,7 +68,7 @@ void ZUL_user_info::setType(ZUL_user_info::type const& newType)
     if (newType != m_type && (newType == integer || newType == text)) {
         m_integer = 0;
         m_text.set(nullptr);
-        m_type = newType;
+        m_type = static_cast<std::uint16_t>(newType);
     }
 }
 

@@ -12,6 +12,9 @@
 /// Something that is built on the first question about it, safely among concurrent readers, and dropped by edits.
 class BuiltOnDemand {
 public:
+    /// @param built true when what there is to build from is empty: then there is nothing to scan
+    explicit BuiltOnDemand(bool built = false) noexcept : m_built(built) {}
+
     bool built() const noexcept { return m_built.load(std::memory_order_acquire); }
     void drop() noexcept { m_built.store(false, std::memory_order_release); }
 
@@ -29,7 +32,7 @@ public:
     }
 
 private:
-    std::atomic<bool> m_built = false;
+    std::atomic<bool> m_built;
     std::mutex m_mutex;
 };
 
@@ -41,6 +44,9 @@ enum class Keeps { First, Last };
 template <class Tag, class Key, class Traits, Keeps keeps = Keeps::First, class Hash = SeededHash>
 class TagByKey {
 public:
+    /// @param fromTheStart whether tags are inserted as they come; otherwise the first question scans for them
+    explicit TagByKey(bool fromTheStart = true) noexcept : m_state(fromTheStart) {}
+
     /// @param scan calls a function with every tag of the list, in order
     template <class Scan>
     Tag* find(Key const& key, Scan const& scan)

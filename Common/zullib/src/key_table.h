@@ -72,6 +72,7 @@ private:
 
     using Chunk = std::array<Item, itemsOfChunk>;
     static_assert(std::is_trivially_destructible_v<Item>);
+    static_assert(alignof(Item) <= kova::templates::platform::MemoryBlocks::alignment);
 
     Item& item(std::uint32_t number) { return (*m_chunks[number / itemsOfChunk])[number % itemsOfChunk]; }
 

@@ -15,7 +15,7 @@ public:
     template <class Tag, class... Arguments>
     std::unique_ptr<Tag> make(Arguments&&... arguments)
     {
-        static_assert(alignof(Tag) <= alignof(std::max_align_t));
+        static_assert(alignof(Tag) <= kova::templates::platform::MemoryBlocks::alignment);
         Tag* const tag = ::new (m_memory.take(sizeof(Tag))) Tag(std::forward<Arguments>(arguments)...);
         tag->m_inBlocks = true;
         return std::unique_ptr<Tag>(tag);

@@ -31,8 +31,8 @@ struct LibraryKeyHash {
 
 /// Finds the tags of a container's list by what they are called, in constant time.
 ///
-/// Each map is built by one scan on the first question and then fed with what is appended; a changed key or a removed
-/// tag drops it. Keys are borrowed from the tags.
+/// Each map is fed with what is appended; a changed key or a removed tag drops it, and the next question builds it anew
+/// by one scan. Keys are borrowed from the tags.
 class TagIndex {
 public:
     explicit TagIndex(dynarray_zultp<ZUL_tag> const& tags) : m_tags(tags) {}
@@ -104,11 +104,11 @@ private:
     dynarray_zultp<ZUL_tag> const& m_tags;
     mutable TagByKey<ZUL_process, std::uint64_t, ByProcessId> m_processes;
     mutable TagByKey<ZUL_module, std::uint64_t, ByModuleIndex> m_modules;
-    mutable TagByKey<ZUL_user_info, std::string_view, ByInfo> m_userInfos;
+    mutable TagByKey<ZUL_user_info, std::string_view, ByInfo> m_userInfos{false}; // loading asks for none
     mutable TagByKey<ZUL_dll, LibraryKey, ByLibrary, Keeps::First, LibraryKeyHash> m_libraries;
     mutable TagByKey<ZUL_design_version_nr, std::uint64_t, ByVersionIndex> m_versionNumbers;
     mutable TagByKey<ZUL_destination, std::uint64_t, ByDestination> m_destinations;
     mutable TagByKey<ZUL_destination, std::uint64_t, ByDestinationIndex, Keeps::Last> m_lastDestinations;
-    mutable BuiltOnDemand m_namesState;
+    mutable BuiltOnDemand m_namesState{true};
     mutable RegisterNames m_names;
 };

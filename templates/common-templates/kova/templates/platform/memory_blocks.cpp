@@ -28,7 +28,7 @@ void MemoryBlocks::Release::operator()(std::byte* block) const noexcept
 
 std::byte* MemoryBlocks::addBlock(std::size_t size)
 {
-    bool const isHuge = std::max(m_total, size) >= hugePage / 2;
+    bool const isHuge = std::max(m_total, size) >= hugePage * 2;
     std::size_t const blockSize =
         isHuge ? roundUp(size, hugePage) : std::max(size, std::clamp(m_total, smallestBlock, usualBlock));
     std::unique_ptr<std::byte, Release> block(

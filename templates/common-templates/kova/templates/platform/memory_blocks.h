@@ -17,10 +17,13 @@ public:
     MemoryBlocks(MemoryBlocks const&) = delete;
     MemoryBlocks& operator=(MemoryBlocks const&) = delete;
 
-    /// @p size bytes, aligned for any object of a fundamental type, valid until clear(). @throws std::bad_alloc
+    /// What take() aligns to: enough for pointers and numbers.
+    static constexpr std::size_t alignment = alignof(void*);
+
+    /// @p size aligned bytes, valid until clear(). @throws std::bad_alloc
     void* take(std::size_t size)
     {
-        std::size_t const padding = -reinterpret_cast<std::uintptr_t>(m_next) % alignof(std::max_align_t);
+        std::size_t const padding = -reinterpret_cast<std::uintptr_t>(m_next) % alignment;
         if (m_left < padding || m_left - padding < size) {
             return takeFrom(addBlock(size), size);
         }
