@@ -170,7 +170,7 @@ void ContainerLoader::file(std::unique_ptr<ZUL_tag> tag)
         m_store.appendLink(static_cast<ZUL_register_link*>(tag.get()));
         break;
     default:
-        m_store.append(tag.get());
+        m_store.appendLoaded(id, tag.get());
         noteOrder(id, *tag);
     }
     tag.release();

@@ -42,11 +42,11 @@ public:
     /// Add for an element that cannot be in the array yet: leaves the search for it out.
     void addNew(T* element)
     {
-        if (m_count < m_list.size()) {
-            m_list[m_count] = element;
-        } else {
-            m_list.resize(m_count); // scale may have dropped some
+        if (m_count == m_list.size()) {
             m_list.push_back(element);
+        } else {
+            m_list.resize(std::max(m_list.size(), std::size_t{m_count} + 1)); // scale may have dropped some
+            m_list[m_count] = element;
         }
         ++m_count;
         m_capacity = std::max(m_capacity, m_count);

@@ -36,6 +36,7 @@ public:
 
 private:
     bool isOwned() const noexcept { return (m_lengthAndOwned & 1U) != 0; }
+    void own(char const* src, std::size_t length);
     void assign(char const* text, std::size_t length, bool owned) noexcept
     {
         release();

@@ -75,11 +75,18 @@ protected:
     ZUL_tag& operator=(ZUL_tag const&) noexcept { return *this; }
 
     /// Tells the container that a name or number it finds this tag by has changed.
-    void keyChanged();
+    void keyChanged()
+    {
+        if (m_filed && m_parent != nullptr) {
+            tellContainer();
+        }
+    }
     /// Where the texts of this tag go: to the blocks of the container that is loading it; null when nothing is.
     TagBlocks* textBlocks() const noexcept;
 
 private:
+    void tellContainer();
+
     friend class TagBlocks;
     friend class ZUL_private;
 

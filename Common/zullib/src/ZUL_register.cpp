@@ -7,8 +7,7 @@
 #include <cerrno>
 #include <stdexcept>
 
-ZUL_register::ZUL_register(ZUL* parent, char const* name, bool old)
-    : LaidOutTag(parent), m_isStoredNew(!old)
+ZUL_register::ZUL_register(ZUL* parent, char const* name, bool old) : LaidOutTag(parent), m_isStoredNew(!old)
 {
     if (name != nullptr) {
         ZUL_register::setName(name);

@@ -65,6 +65,7 @@ private:
         std::uint32_t hash = 0;
         std::uint32_t item = none;
     };
+    using Slots = std::vector<Slot, kova::templates::platform::LargeAllocator<Slot>>;
     struct Item {
         Key key{};
         Value value{};
@@ -92,7 +93,7 @@ private:
 
     void grow()
     {
-        std::vector<Slot> slots(m_slots.empty() ? fewestSlots : m_slots.size() * 2);
+        Slots slots(m_slots.empty() ? fewestSlots : m_slots.size() * 2);
         std::size_t const mask = slots.size() - 1;
         for (Slot const& slot : m_slots) {
             if (slot.item != none) {
@@ -106,7 +107,7 @@ private:
         m_slots.swap(slots);
     }
 
-    std::vector<Slot> m_slots; // their number is a power of two, a quarter of them free at least
+    Slots m_slots; // their number is a power of two, a quarter of them free at least
     kova::templates::platform::MemoryBlocks m_memory; // of the items
     std::vector<Chunk*> m_chunks;
     std::uint32_t m_count = 0;

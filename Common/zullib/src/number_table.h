@@ -1,5 +1,6 @@
 #pragma once
 
+#include "kova/templates/platform/large_memory.h"
 #include "seeded_hash.h"
 
 #include <cstddef>
@@ -53,9 +54,10 @@ private:
 
         bool isFree() const noexcept { return numberPlusOne == 0; }
     };
+    using Slots = std::vector<Slot, kova::templates::platform::LargeAllocator<Slot>>;
 
     /// The slot with @p number, or the free one where it belongs.
-    static Slot& slotOf(std::vector<Slot>& slots, std::uint64_t number)
+    static Slot& slotOf(Slots& slots, std::uint64_t number)
     {
         std::size_t const mask = slots.size() - 1;
         std::size_t place = SeededHash()(number) & mask;
@@ -67,7 +69,7 @@ private:
 
     void grow()
     {
-        std::vector<Slot> slots(m_slots.empty() ? fewestSlots : m_slots.size() * 2);
+        Slots slots(m_slots.empty() ? fewestSlots : m_slots.size() * 2);
         for (Slot const& slot : m_slots) {
             if (!slot.isFree()) {
                 slotOf(slots, slot.numberPlusOne - 1) = slot;
@@ -76,6 +78,6 @@ private:
         m_slots.swap(slots);
     }
 
-    std::vector<Slot> m_slots; // their number is a power of two, a quarter of them free at least
+    Slots m_slots; // their number is a power of two, a quarter of them free at least
     std::size_t m_count = 0;
 };

@@ -92,7 +92,7 @@ void RegisterNames::resolve(Entry& entry, Entry& to)
 {
     entry.resolved = &to;
     std::vector<Entry*> open;
-    for (Entry* target = &entry; target != nullptr;) {
+    for (Entry* target = entry.firstPointing == nullptr ? nullptr : &entry; target != nullptr;) {
         for (Entry* pointing = target->firstPointing; pointing != nullptr;
              pointing = pointing->nextPointing) {
             if (pointing->resolved == nullptr) {

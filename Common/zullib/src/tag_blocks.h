@@ -3,6 +3,7 @@
 #include "kova/templates/platform/memory_blocks.h"
 
 #include <cstddef>
+#include <cstring>
 #include <memory>
 #include <new>
 #include <utility>
@@ -22,7 +23,13 @@ public:
     }
 
     /// A terminated copy of @p length characters.
-    char const* copyText(char const* text, std::size_t length);
+    char const* copyText(char const* text, std::size_t length)
+    {
+        char* const copy = m_memory.takeCharacters(length + 1);
+        std::memcpy(copy, text, length);
+        copy[length] = '\0';
+        return copy;
+    }
 
 private:
     kova::templates::platform::MemoryBlocks m_memory;

@@ -23,9 +23,9 @@ void TagIndex::forEachTag(Do const& action) const
     }
 }
 
-void TagIndex::added(ZUL_tag& tag)
+void TagIndex::added(std::uint32_t id, ZUL_tag& tag)
 {
-    switch (tag.getTagId()) {
+    switch (id) {
     case ZUL_process::tag_id:
         return m_processes.added(tag);
     case ZUL_module::tag_id:

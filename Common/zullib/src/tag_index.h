@@ -37,8 +37,8 @@ class TagIndex {
 public:
     explicit TagIndex(dynarray_zultp<ZUL_tag> const& tags) : m_tags(tags) {}
 
-    /// @p tag was appended to the list.
-    void added(ZUL_tag& tag);
+    /// @p tag, whose id is @p id, was appended to the list.
+    void added(std::uint32_t id, ZUL_tag& tag);
     /// Notes @p reg (@p link), which is about to be appended, unless its name is known (its target is an alias).
     /// @return false in that case
     bool addNew(ZUL_register& reg);

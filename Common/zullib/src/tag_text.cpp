@@ -33,22 +33,23 @@ void TagText::set(char const* src, std::size_t width)
 
 void TagText::set(char const* src, std::size_t width, TagBlocks* blocks)
 {
-    if (src == nullptr || width == 0) {
-        assign(nullptr, 0, false);
-        return;
-    }
-    std::size_t const length = strnlen(src, width);
+    std::size_t const length = src == nullptr ? 0 : strnlen(src, width);
     if (length == 0) {
-        assign("", 0, false);
+        assign(src == nullptr || width == 0 ? nullptr : "", 0, false);
     } else if (blocks != nullptr) {
         assign(blocks->copyText(src, length), length, false);
     } else {
-        // The source may be a part of the text that is owned now: it goes only after the copy is made.
-        auto copy = std::make_unique_for_overwrite<char[]>(length + 1);
-        std::memcpy(copy.get(), src, length);
-        copy[length] = '\0';
-        assign(copy.release(), length, true);
+        own(src, length);
     }
+}
+
+void TagText::own(char const* src, std::size_t length)
+{
+    // The source may be a part of the text that is owned now: it goes only after the copy is made.
+    auto copy = std::make_unique_for_overwrite<char[]>(length + 1);
+    std::memcpy(copy.get(), src, length);
+    copy[length] = '\0';
+    assign(copy.release(), length, true);
 }
 
 void TagText::swap(TagText& other) noexcept

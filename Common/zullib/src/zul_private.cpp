@@ -38,12 +38,23 @@ bool ZUL_private::isFiled(ZUL_tag const& tag) const
 
 void ZUL_private::append(ZUL_tag* tag)
 {
-    if (isFiled(*tag)) {
-        return;
+    if (!isFiled(*tag)) {
+        appendIndexed(tag);
+        noteInIndex(tag->getTagId(), *tag);
     }
-    appendIndexed(tag);
+}
+
+void ZUL_private::appendLoaded(std::uint32_t id, ZUL_tag* tag)
+{
+    m_tags.addNew(tag);
+    tag->m_filed = true;
+    noteInIndex(id, *tag);
+}
+
+void ZUL_private::noteInIndex(std::uint32_t id, ZUL_tag& tag) noexcept
+{
     try {
-        m_index.added(*tag);
+        m_index.added(id, tag);
     } catch (...) {
         m_index.changed(); // the tag is filed; the index is made again when it is asked
     }

@@ -26,6 +26,8 @@ public:
 
     /// Appends to the tag list and takes @p tag over; when this throws, the tag is still the caller's.
     void append(ZUL_tag* tag);
+    /// append for a tag with the id @p id that a load has just made for this container.
+    void appendLoaded(std::uint32_t id, ZUL_tag* tag);
     /// append for a tag that the index knows already; when this throws, the index has forgotten it.
     void appendIndexed(ZUL_tag* tag);
     /// append, then forgets what the search cache knows of the tag's id.
@@ -73,6 +75,10 @@ public:
     /// Tags that a save writes, without configurations and head.
     std::uint32_t savedTagCount();
 
+private:
+    void noteInIndex(std::uint32_t id, ZUL_tag& tag) noexcept;
+
+public:
     ZUL& m_zul;
     std::vector<MappedFile>
         m_mappings;     // of every file that tags may have been read from; they outlive the tags

@@ -77,11 +77,9 @@ void ZUL_tag::changeString(char** field, char const* src, unsigned long len)
     *field = copy.release();
 }
 
-void ZUL_tag::keyChanged()
+void ZUL_tag::tellContainer()
 {
-    if (m_filed && m_parent != nullptr) {
-        m_parent->tagKeyChanged(*this);
-    }
+    m_parent->tagKeyChanged(*this);
 }
 
 TagBlocks* ZUL_tag::textBlocks() const noexcept

@@ -1,16 +1,14 @@
 #pragma once
 
+#include "kova/templates/platform/large_memory.h"
+
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <vector>
 
 namespace kova::templates::platform {
 
 /// Memory that is handed out piece by piece from blocks that grow with what is taken, and given back as a whole.
-///
-/// Blocks of a large amount lie in huge pages where the system has them: to fault in and to find thousands of small
-/// pages costs more than what is usually done with the memory.
 class MemoryBlocks {
 public:
     MemoryBlocks() = default;
@@ -39,10 +37,6 @@ public:
     void clear() noexcept;
 
 private:
-    struct Release {
-        void operator()(std::byte* block) const noexcept;
-    };
-
     /// A new block of at least @p size bytes.
     std::byte* addBlock(std::size_t size);
 
@@ -53,7 +47,7 @@ private:
         return place;
     }
 
-    std::vector<std::unique_ptr<std::byte, Release>> m_blocks;
+    std::vector<Memory> m_blocks;
     std::byte* m_next = nullptr; // what is free in the last block
     std::size_t m_left = 0;
     std::size_t m_total = 0; // bytes of all blocks
