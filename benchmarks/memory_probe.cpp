@@ -20,14 +20,19 @@ std::size_t peak = 0;
 
 constexpr std::size_t blockHeader = 8; // what the allocator keeps beside each block
 
+void note(void* block) noexcept
+{
+    live += malloc_usable_size(block) + blockHeader;
+    peak = std::max(peak, live);
+}
+
 void* allocate(std::size_t size)
 {
     void* const block = std::malloc(size);
     if (block == nullptr) {
         throw std::bad_alloc();
     }
-    live += malloc_usable_size(block) + blockHeader;
-    peak = std::max(peak, live);
+    note(block);
     return block;
 }
 
@@ -48,6 +53,20 @@ void* operator new(std::size_t size)
 void* operator new[](std::size_t size)
 {
     return allocate(size);
+}
+void* operator new(std::size_t size, std::align_val_t alignment)
+{
+    auto const unit = static_cast<std::size_t>(alignment);
+    void* const block = std::aligned_alloc(unit, (size + unit - 1) / unit * unit);
+    if (block == nullptr) {
+        throw std::bad_alloc();
+    }
+    note(block);
+    return block;
+}
+void operator delete(void* block, std::align_val_t) noexcept
+{
+    release(block);
 }
 void operator delete(void* block) noexcept
 {

@@ -47,6 +47,13 @@ void* operator new[](std::size_t size)
     return real(size);
 }
 
+void* operator new(std::size_t size, std::align_val_t alignment)
+{
+    static auto* const real = next<void* (*)(std::size_t, std::align_val_t)>("_ZnwmSt11align_val_t");
+    count(size);
+    return real(size, alignment);
+}
+
 void* operator new(std::size_t size, std::nothrow_t const&) noexcept
 {
     try {

@@ -4,12 +4,10 @@
 
 #include <cstdint>
 #include <cstring>
-#include <new>
 #include <vector>
 
 namespace {
 
-using kova::templates::platform::allocateMemory;
 using kova::templates::platform::LargeAllocator;
 using kova::templates::platform::MemoryBlocks;
 
@@ -55,11 +53,6 @@ TEST(MemoryBlocks, AreEmptyAfterClear)
     std::memset(blocks.take(100), 1, 100);
     blocks.clear();
     std::memset(blocks.take(100), 2, 100);
-}
-
-TEST(AllocateMemory, RefusesWhatNobodyHas)
-{
-    EXPECT_THROW(allocateMemory(SIZE_MAX / 2), std::bad_alloc);
 }
 
 TEST(LargeAllocator, HoldsArraysOfAnySize)

@@ -5,19 +5,34 @@
 
 namespace kova::templates::platform {
 
-Memory allocateMemory(std::size_t size)
+namespace {
+
+constexpr std::size_t hugePage = 2 * 1024 * 1024;
+
+bool isLarge(std::size_t size) noexcept
 {
-    constexpr std::size_t hugePage = 2 * 1024 * 1024;
-    bool const isLarge = size >= hugePage / 2;
-    std::size_t const pages = (size + hugePage - 1) / hugePage * hugePage;
-    Memory memory(isLarge ? std::aligned_alloc(hugePage, pages) : std::malloc(size));
-    if (memory == nullptr) {
-        throw std::bad_alloc();
+    return size >= hugePage / 2;
+}
+
+} // namespace
+
+void* allocateMemory(std::size_t size)
+{
+    if (!isLarge(size)) {
+        return ::operator new(size);
     }
-    if (isLarge) {
-        madvise(memory.get(), pages, MADV_HUGEPAGE); // a wish: without it small pages serve
-    }
+    void* const memory = ::operator new(size, std::align_val_t{hugePage});
+    madvise(memory, size, MADV_HUGEPAGE); // a wish: without it small pages serve
     return memory;
+}
+
+void releaseMemory(void* memory, std::size_t size) noexcept
+{
+    if (isLarge(size)) {
+        ::operator delete(memory, std::align_val_t{hugePage});
+    } else {
+        ::operator delete(memory);
+    }
 }
 
 } // namespace kova::templates::platform

@@ -1,20 +1,22 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdlib>
 #include <memory>
 
 namespace kova::templates::platform {
 
-struct ReleaseMemory {
-    void operator()(void* memory) const noexcept { std::free(memory); }
-};
-using Memory = std::unique_ptr<void, ReleaseMemory>;
-
 /// Memory of @p size bytes for anything. A large amount lies in huge pages where the system has them: to fault in and
 /// to find thousands of small pages costs more than what is usually done with the memory.
 /// @throws std::bad_alloc
-Memory allocateMemory(std::size_t size);
+void* allocateMemory(std::size_t size);
+/// Gives back what allocateMemory returned for the same @p size.
+void releaseMemory(void* memory, std::size_t size) noexcept;
+
+struct ReleaseMemory {
+    std::size_t size;
+    void operator()(void* memory) const noexcept { releaseMemory(memory, size); }
+};
+using Memory = std::unique_ptr<void, ReleaseMemory>;
 
 /// An allocator for large arrays.
 template <class T>
@@ -28,8 +30,8 @@ struct LargeAllocator {
     {
     }
 
-    T* allocate(std::size_t count) { return static_cast<T*>(allocateMemory(count * sizeof(T)).release()); }
-    void deallocate(T* array, std::size_t) noexcept { std::free(array); }
+    T* allocate(std::size_t count) { return static_cast<T*>(allocateMemory(count * sizeof(T))); }
+    void deallocate(T* array, std::size_t count) noexcept { releaseMemory(array, count * sizeof(T)); }
 
     bool operator==(LargeAllocator const&) const noexcept { return true; }
 };
