@@ -91,10 +91,12 @@ TEST(TagKinds, MakeTheSameInBlocks)
     TagBlocks blocks;
     for (TagKind const& kind : tagKinds()) {
         std::unique_ptr<LaidOutTag> const made = kind.create(&zul);
-        std::unique_ptr<LaidOutTag> const inBlocks = kind.createIn(blocks, &zul);
-        EXPECT_EQ(inBlocks->getParent(), &zul);
-        EXPECT_TRUE(typeid(*inBlocks) == typeid(*made)) << kind.className;
-        EXPECT_EQ(inBlocks->getTagId(), made->getTagId());
+        std::unique_ptr<LaidOutTag> const madeInBlocks = kind.createIn(blocks, &zul);
+        LaidOutTag const& tag = *made;
+        LaidOutTag const& inBlocks = *madeInBlocks;
+        EXPECT_EQ(inBlocks.getParent(), &zul);
+        EXPECT_TRUE(typeid(inBlocks) == typeid(tag)) << kind.className;
+        EXPECT_EQ(inBlocks.getTagId(), tag.getTagId());
     }
 }
 

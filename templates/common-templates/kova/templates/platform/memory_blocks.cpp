@@ -11,7 +11,7 @@ std::byte* MemoryBlocks::addBlock(std::size_t size)
     constexpr std::size_t usual = 64 * 1024;
     constexpr std::size_t large = 2 * 1024 * 1024; // a huge page
     std::size_t const grown = m_total < large / 2 ? std::clamp(m_total, smallest, usual) : large;
-    std::size_t const blockSize = std::max(size, grown);
+    std::size_t const blockSize = piecesAreApart ? size : std::max(size, grown);
     Memory block(allocateMemory(blockSize), {blockSize});
     m_blocks.push_back(std::move(block));
     m_total += blockSize;
