@@ -23,19 +23,44 @@ namespace {
 namespace fs = std::filesystem;
 using Names = std::vector<std::string>;
 
-/// A container of many pages, so that it cannot be written by chance.
-Bytes design(char const* author)
+/// A container with @p length bytes that do not compress. Files that replace each other differ in length: otherwise a
+/// single write into the file would look like a replacement.
+Bytes design(std::size_t length)
 {
-    static Bytes const many = noise(20'000);
-    std::string const bits(reinterpret_cast<char const*>(many.data()), many.size());
+    Bytes const many = noise(length);
     return ContainerBytes()
-        .tag(sample::author(author))
+        .tag(sample::author())
         .tag(sample::userInfo("__ZUL_ID__", "3F2A"))
         .tag(sample::versionNumber(0, 2, 7))
         .tag(sample::library("qel", "the marker"))
-        .config(sample::config(1, bits))
+        .config(sample::config(1, {reinterpret_cast<char const*>(many.data()), many.size()}))
         .config(sample::config(2, "tail"))
         .build();
+}
+
+Bytes const& shorter()
+{
+    static Bytes const bytes = design(9'000);
+    return bytes;
+}
+Bytes const& longer()
+{
+    static Bytes const bytes = design(100'000);
+    return bytes;
+}
+
+void edit(ZUL& zul)
+{
+    zul.setAuthor("another author");
+    zul.AddTag(new ZUL_comment(&zul)); // everything behind it moves
+}
+
+/// What @p bytes are after the editing.
+Bytes edited(Bytes const& bytes)
+{
+    LoadedContainer container(bytes);
+    edit(container.zul);
+    return savedContainer(container.zul);
 }
 
 /// The file's contents; nothing when there is none.
@@ -106,19 +131,23 @@ private:
 
 TEST_F(KilledSaving, LeavesTheOldFileOrTheNewOne)
 {
-    LoadedContainer container(design("new"));
-    auto const save = [&] { return container.zul.Save(path().c_str()); };
-    killEverywhere(design("old"), design("new"), save, [&] {
-        EXPECT_EQ(save(), 0) << "whatever the killed process left";
-        EXPECT_EQ(readFile(path()), design("new"));
-    });
+    std::pair<Bytes, Bytes> const growing(shorter(), longer());
+    std::pair<Bytes, Bytes> const shrinking(longer(), shorter());
+    for (auto const& [old, fresh] : {growing, shrinking}) {
+        LoadedContainer container(fresh);
+        auto const save = [&] { return container.zul.Save(path().c_str()); };
+        killEverywhere(old, fresh, save, [&, expected = &fresh] {
+            EXPECT_EQ(save(), 0) << "whatever the killed process left";
+            EXPECT_EQ(readFile(path()), *expected);
+        });
+    }
 }
 
 TEST_F(KilledSaving, LeavesNoFileOrTheNewOne)
 {
-    LoadedContainer container(design("new"));
+    LoadedContainer container(longer());
     auto const save = [&] { return container.zul.Save(path().c_str()); };
-    killEverywhere(std::nullopt, design("new"), save, [&] { EXPECT_EQ(save(), 0); });
+    killEverywhere(std::nullopt, longer(), save, [&] { EXPECT_EQ(save(), 0); });
 }
 
 TEST_F(KilledSaving, OverTheLoadedFileLeavesEveryByte)
@@ -126,44 +155,45 @@ TEST_F(KilledSaving, OverTheLoadedFileLeavesEveryByte)
     auto const save = [this] {
         ZUL zul;
         bool const isLoaded = zul.Load(path().c_str()) == 0;
-        zul.setAuthor("new");
+        edit(zul);
         return isLoaded ? zul.Save(path().c_str()) : 1;
     };
-    killEverywhere(design("old"), design("new"), save);
+    killEverywhere(shorter(), edited(shorter()), save);
 }
 
 TEST_F(KilledSaving, OfOneProcessDoesNotDisturbWhoLoadedTheFileToo)
 {
+    Bytes const fresh = edited(shorter());
     for (std::size_t stop = 1, killed = 1; killed != 0; stop += stopStep) {
         SCOPED_TRACE(testing::Message() << "killed at stop " << stop);
-        prepare(design("old"));
+        prepare(shorter());
         ZUL zul;
         ASSERT_EQ(zul.Load(path().c_str()), 0);
-        zul.setAuthor("new");
+        edit(zul);
         killed = killedAtStop(stop, [&] { return zul.Save(path().c_str()); }).wasKilled ? 1 : 0;
-        EXPECT_EQ(savedContainer(zul), design("new")) << "its payloads are where they were";
+        EXPECT_EQ(savedContainer(zul), fresh) << "its payloads are where they were";
         EXPECT_EQ(zul.Save(path().c_str()), 0);
-        EXPECT_EQ(readFile(path()), design("new"));
-        EXPECT_EQ(savedContainer(zul), design("new"));
+        EXPECT_EQ(readFile(path()), fresh);
+        EXPECT_EQ(savedContainer(zul), fresh);
     }
 }
 
 TEST_F(KilledSaving, AtAnyMomentLeavesOneOfTheFiles)
 {
-    LoadedContainer even(design("even"));
-    LoadedContainer odd(design("odd"));
+    LoadedContainer one(longer());
+    LoadedContainer other(shorter());
     auto const saveForEver = [&] {
         for (int result = 0; result == 0;) {
-            result = even.zul.Save(path().c_str()) + odd.zul.Save(path().c_str());
+            result = one.zul.Save(path().c_str()) + other.zul.Save(path().c_str());
         }
         return 1;
     };
     std::minstd_rand random(1);
     for (int round = rounds(100); round > 0; --round) {
-        prepare(design("odd"));
+        prepare(shorter());
         EXPECT_TRUE(killedAfter(std::chrono::microseconds(random() % 10'000), saveForEver).wasKilled);
         Bytes const found = readFile(path());
-        EXPECT_TRUE(found == design("even") || found == design("odd"));
+        EXPECT_TRUE(found == longer() || found == shorter());
         expectAtMostOneUnfinished();
     }
 }
@@ -174,7 +204,7 @@ protected:
     /// What the file is after the verb @p arguments, which write to it.
     Bytes outcomeOf(Names const& arguments) const
     {
-        prepare(design("old"));
+        prepare(shorter());
         EXPECT_EQ(runZul(arguments).code, ExitCode::Clean);
         return readFile(path());
     }
@@ -182,7 +212,7 @@ protected:
     void killVerb(std::optional<Bytes> const& old, Names const& arguments) const
     {
         Bytes const fresh = outcomeOf(arguments);
-        EXPECT_NE(fresh, design("old"));
+        EXPECT_NE(fresh, shorter());
         killEverywhere(old, fresh, [&] { return static_cast<int>(runZul(arguments).code); });
     }
 
@@ -198,20 +228,20 @@ private:
 
 TEST_F(KilledProgram, StrippingInPlace)
 {
-    killVerb(design("old"), {"strip", path(), "--in-place"});
+    killVerb(shorter(), {"strip", path(), "--in-place"});
 }
 
 TEST_F(KilledProgram, StrippingToANewFileOrOverAnother)
 {
-    std::string const from = other(design("from"));
+    std::string const from = other(longer());
     killVerb(std::nullopt, {"strip", from, "-o", path(), "--force"});
-    killVerb(design("old"), {"strip", from, "-o", path(), "--force"});
+    killVerb(shorter(), {"strip", from, "-o", path(), "--force"});
 }
 
 TEST_F(KilledProgram, MergingInPlace)
 {
     Bytes const second = ContainerBytes().tag(sample::userInfo("maker", "second")).build();
-    killVerb(design("old"), {"merge", path(), other(second), "--in-place"});
+    killVerb(shorter(), {"merge", path(), other(second), "--in-place"});
 }
 
 TEST_F(KilledProgram, MergingToANewFile)
@@ -231,14 +261,14 @@ TEST_F(KilledProgram, StartedFromTheShell)
         return execl(ZUL_PROGRAM, "zul", "strip", path().c_str(), "--in-place", nullptr);
     };
     killEverywhere(
-        design("old"), fresh, run, [] {}, isSanitized ? 101 : 1);
+        shorter(), fresh, run, [] {}, isSanitized ? 101 : 1);
     unsetenv("ASAN_OPTIONS");
 }
 
 TEST_F(KilledProgram, ExtractingLeavesCompleteFilesOnly)
 {
     inPrivateTmp([] {
-        writeFile("/tmp/design.zul", design("old"));
+        writeFile("/tmp/design.zul", shorter());
         auto const extract = [] {
             return static_cast<int>(runZul({"extract", "/tmp/design.zul", "all", "-O", "/tmp/out"}).code);
         };

@@ -101,7 +101,7 @@ fpga_design* ZulLoadZulFileWithType(char const* name, int boardType, int opsys);
 fpga_design* ZulLoadZulFileWithTypeEx(char const* name, char** path, int boardType, int opsys);
 /// Loads a design from @p length bytes at @p data, which have to stay as they are until the design is unloaded.
 /// @param opsys as for ZulLoadZulFileWithType()
-/// @return the handle; null with errno as there
+/// @return the handle; null with errno as there, but with what making the directory gave when there is none
 fpga_design* ZulLoadDesignFromBuffer(void const* data, unsigned long length, int opsys);
 /// Ends the design: every pointer that it handed out is invalid. Removes a private directory of its libraries unless the
 /// tweak "ZULRT::RemoveTempDir" says otherwise; a directory that other processes share stays.
