@@ -37,12 +37,14 @@ std::uint64_t loadTail(std::string_view text)
 
 std::uint64_t const SeededHash::s_seed = randomSeed();
 
-std::size_t SeededHash::operator()(std::string_view text) const noexcept
+std::size_t SeededHash::hash(std::string_view text, std::uint64_t seed) noexcept
 {
     constexpr std::uint64_t multiplier = 0xA0761D6478BD642FU;
-    std::uint64_t hash = s_seed ^ mix(text.size() ^ s_seed, multiplier);
+    std::uint64_t hash = seed ^ mix(text.size() ^ seed, multiplier);
     for (std::size_t done = 0; done + wordSize < text.size(); done += wordSize) {
-        hash = mix(hash ^ load(text.data() + done), multiplier ^ s_seed);
+        hash = mix(hash ^ load(text.data() + done), multiplier ^ seed);
     }
-    return mix(hash ^ loadTail(text), multiplier ^ s_seed);
+    hash = mix(hash ^ loadTail(text), multiplier ^ seed);
+    // A factor that depends on the seed is a poor one for some seeds; this one is good for all.
+    return mix(hash ^ seed, 0xE7037ED1A0B428DBU);
 }

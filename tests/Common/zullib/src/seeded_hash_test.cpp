@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
 #include <set>
 #include <string>
 #include <vector>
@@ -55,6 +56,19 @@ TEST(SeededHash, NumbersSpreadOverTheLowBits)
         slots.insert(hash(number << 32U) & 1023U);
     }
     EXPECT_GT(slots.size(), 512U) << "of 1024 slots about 647 are used at random";
+}
+
+TEST(SeededHash, NumberedNamesSpreadOverTheLowBitsWhateverTheSeed)
+{
+    std::mt19937_64 seeds(5);
+    for (int i = 0; i < 500; ++i) {
+        std::uint64_t const seed = seeds();
+        std::set<std::size_t> slots;
+        for (int number = 100; number < 472; ++number) {
+            slots.insert(SeededHash::hash("register_" + std::to_string(number), seed) & 1023U);
+        }
+        EXPECT_GT(slots.size(), 270U) << "of 1024 slots about 312 are used at random, with seed " << seed;
+    }
 }
 
 TEST(SeededHash, MixFoldsBothHalvesOfTheProduct)
