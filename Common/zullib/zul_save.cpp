@@ -17,13 +17,15 @@ constexpr int noLibrary = -ENOENT;
 /// Writes tags back to back.
 class TagWriter {
 public:
-    explicit TagWriter(void* to) : m_to(static_cast<std::byte*>(to)) {}
+    explicit TagWriter(std::byte* to) : m_to(to) {}
 
     void write(ZUL_tag* tag)
     {
         if (tag != nullptr) {
+            unsigned long const length = tag->getSaveLength();
             tag->Save(m_to);
-            m_to += tag->getSaveLength();
+            m_to += length;
+            m_emptyCount += length == 0 ? 1 : 0;
         }
     }
 
@@ -35,8 +37,12 @@ public:
         }
     }
 
+    /// How many tags had nothing to write.
+    std::uint32_t emptyCount() const { return m_emptyCount; }
+
 private:
     std::byte* m_to;
+    std::uint32_t m_emptyCount = 0;
 };
 
 unsigned long lengthOf(ZUL_tag* tag)
@@ -63,17 +69,17 @@ int ZUL::Save(void* buffer, unsigned long size)
         return invalidData;
     }
     ZUL_multi_head head(this, 0, 0);
-    head.setConfigs(getConfigCount());
-    head.setTags(m_private->savedTagCount());
-    head.setDest(m_private->m_headDestination);
-
-    TagWriter writer(buffer);
-    writer.write(&head);
+    TagWriter writer(static_cast<std::byte*>(buffer) + head.getSaveLength());
     writer.write(m_private->m_designVersion.get());
     writer.write(m_private->m_author.get());
     writer.write(m_private->m_designName.get());
     writer.writeAll(m_private->m_tags);
+    // A version number of 0.0 is filed but not written, and a head that counted it could not be loaded again.
+    head.setTags(getTotalTagCount() - writer.emptyCount());
     writer.writeAll(m_private->m_configs);
+    head.setConfigs(getConfigCount());
+    head.setDest(m_private->m_headDestination);
+    head.Save(buffer);
     return 0;
 }
 

@@ -265,15 +265,3 @@ void ZUL_private::copyFrom(ZUL_private const& other)
         replaceReferences(*m_configs.at(i), toCopy);
     }
 }
-
-std::uint32_t ZUL_private::savedTagCount()
-{
-    // A version number of 0.0 is filed but not written, and a head that counted it could not be loaded again.
-    std::uint32_t count = m_zul.getTotalTagCount();
-    for (std::uint32_t i = 0; i < m_tags.getCount(); ++i) {
-        if (m_tags.at(i)->getSaveLength() == 0) {
-            --count;
-        }
-    }
-    return count;
-}

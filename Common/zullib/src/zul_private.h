@@ -72,8 +72,6 @@ public:
     void copyFrom(ZUL_private const& other);
     /// Adds renumbered copies of what @p other, possibly this part, holds; what was added before a failure stays.
     ZUL_private& operator+=(ZUL_private const& other);
-    /// Tags that a save writes, without configurations and head.
-    std::uint32_t savedTagCount();
 
 private:
     void noteInIndex(std::uint32_t id, ZUL_tag& tag) noexcept;
