@@ -74,8 +74,13 @@ Bytes configurations()
         .build(8);
 }
 
-/// A first byte that chooses the load mode, then a container.
-void writeContainers(fs::path const& folder, bool withMode)
+/// The four bytes that every input begins with: no allocation fails.
+Bytes prefix(unsigned variant)
+{
+    return Bytes().zeros(3).u8(variant);
+}
+
+void writeContainers(fs::path const& folder)
 {
     fs::create_directories(folder);
     std::vector<std::pair<std::string, Bytes>> const containers{
@@ -87,42 +92,56 @@ void writeContainers(fs::path const& folder, bool withMode)
         {"unknown", ContainerBytes().tag(sample::unknown(0x8150015)).tag(sample::author()).build()},
     };
     for (auto const& [name, bytes] : containers) {
-        for (unsigned mode = 0; mode < (withMode ? 3U : 1U); ++mode) {
-            Bytes seed;
-            if (withMode) {
-                seed.u8(mode);
-            }
-            write(folder / (name + "-" + std::to_string(mode)), seed.append(bytes));
+        for (unsigned mode = 0; mode < 3; ++mode) {
+            write(folder / (name + "-" + std::to_string(mode)), prefix(mode).append(bytes));
         }
     }
 }
 
 /// The length of a first container in two bytes, that container, and a second one to merge into it.
-void writeDesigns(fs::path const& folder)
+void writePairs(fs::path const& folder)
 {
     fs::create_directories(folder);
-    auto const pair = [&folder](char const* name, Bytes const& first, Bytes const& second) {
-        write(folder / name, Bytes().u16(first.size()).append(first).append(second));
+    auto const pair = [&folder](std::string const& name, Bytes const& first, Bytes const& second) {
+        for (unsigned variant = 0; variant < 4; ++variant) {
+            write(folder / (name + "-" + std::to_string(variant)),
+                  prefix(variant).u16(first.size()).append(first).append(second));
+        }
     };
     pair("two-hierarchies", hierarchy(), hierarchy());
     pair("registers-into-kinds", sample::everyKind(), configurations());
     pair("kinds-into-hierarchy", hierarchy(), sample::everyKind());
     pair("the-same-registers", registersAndLinks(), registersAndLinks());
     pair("configurations", configurations(), hierarchy());
+    pair("empty-names", emptyNames(), Bytes());
 }
 
 void writeEdits(fs::path const& folder)
 {
     fs::create_directories(folder);
-    Bytes every;
-    for (unsigned i = 0; i < 96; ++i) {
-        every.u8(i).u8(i * 7).u8(i * 13);
+    Bytes every = prefix(0);
+    for (unsigned i = 0; i < 28; ++i) {
+        every.u8(i).u8(i * 7).u8(i * 13).u8(i * 3);
     }
     write(folder / "every-operation", every);
-    write(folder / "names", Bytes().chars("\1ab\1cd\2ab\2ba\3ab\4ab\5ab\6ab\7ab"));
+    Bytes names = prefix(0);
+    for (unsigned name = 0; name < 7; ++name) {
+        names.u8(name % 2 * 2)
+            .u8(name)
+            .zeros(2)
+            .u8(4)
+            .u8(name + 1)
+            .u8(name)
+            .u8(0)
+            .u8(16)
+            .u8(name)
+            .u8(30)
+            .u8(0);
+    }
+    write(folder / "names", names);
 }
 
-void writeLibraries(fs::path const& folder)
+void writePayloads(fs::path const& folder)
 {
     fs::create_directories(folder);
     std::string const code = "the code of an operator library, the code of an operator library";
@@ -132,10 +151,9 @@ void writeLibraries(fs::path const& folder)
                  static_cast<uLong>(code.size())) != Z_OK) {
         throw std::runtime_error("cannot compress");
     }
-    Bytes compressed;
-    compressed.u8(1).chars({reinterpret_cast<char const*>(packed.data()), length});
-    write(folder / "compressed", compressed);
-    write(folder / "raw", Bytes().u8(0).chars(code));
+    write(folder / "compressed", prefix(1).chars({reinterpret_cast<char const*>(packed.data()), length}));
+    write(folder / "raw", prefix(0).chars(code));
+    write(folder / "stored", prefix(2).chars(std::string(8, 'x') + std::string(400, 'y') + code));
 }
 
 } // namespace
@@ -147,10 +165,9 @@ int main(int argc, char** argv)
         return 2;
     }
     fs::path const folder = argv[1];
-    writeContainers(folder / "load", true);
-    writeContainers(folder / "roundtrip", false);
-    writeDesigns(folder / "design");
+    writeContainers(folder / "load");
+    writePairs(folder / "cycle");
     writeEdits(folder / "edit");
-    writeLibraries(folder / "library");
+    writePayloads(folder / "payload");
     return 0;
 }
