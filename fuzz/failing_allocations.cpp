@@ -18,6 +18,7 @@ namespace {
 
 thread_local AllocationPlan current;
 thread_local std::size_t allocations = 0;
+thread_local std::size_t watches = 0;
 thread_local bool watching = false;
 thread_local bool failed = false;
 
@@ -45,6 +46,7 @@ void planAllocations(AllocationPlan const& plan) noexcept
 {
     current = plan;
     allocations = 0;
+    watches = 0;
     failed = false;
 }
 
@@ -60,7 +62,8 @@ bool anAllocationFailed() noexcept
 
 FailingAllocations::FailingAllocations() noexcept
 {
-    watching = true;
+    watching = watches >= current.skipped;
+    ++watches;
 }
 
 FailingAllocations::~FailingAllocations()

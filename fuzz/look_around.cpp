@@ -3,6 +3,8 @@
 #include "run.h"
 #include "zullib.h"
 
+#include <cstddef>
+
 namespace {
 
 void lookAtRegisters(ZUL const& zul)
@@ -29,14 +31,34 @@ void lookAtModules(ZUL const& zul)
     }
 }
 
+/// The first byte and the last: a sanitizer sees whether they are there.
+void touch(void const* data, std::size_t size)
+{
+    if (size != 0) {
+        auto const* const bytes = static_cast<unsigned char const volatile*>(data);
+        static_cast<void>(bytes[0]);
+        static_cast<void>(bytes[size - 1]);
+    }
+}
+
+void lookAtPayloads(ZUL const& zul)
+{
+    for (unsigned i = 0; i < zul.getTagCount(ZUL_dll::tag_id); ++i) {
+        auto const* const library = static_cast<ZUL_dll*>(zul.getTagAt(ZUL_dll::tag_id, i));
+        touch(library->getLib(), library->getLibLength());
+    }
+    for (unsigned i = 0; i < zul.getConfigCount(); ++i) {
+        ZUL_multi_data const* const config = zul.getConfigAt(i);
+        must(zul.getConfig(config->getIndex(), 0) != nullptr, "a configuration is found by its index");
+        touch(config->getData(), config->getLength());
+    }
+}
+
 } // namespace
 
 void lookAround(ZUL const& zul)
 {
     lookAtRegisters(zul);
     lookAtModules(zul);
-    for (unsigned i = 0; i < zul.getConfigCount(); ++i) {
-        must(zul.getConfig(zul.getConfigAt(i)->getIndex(), 0) != nullptr,
-             "a configuration is found by its index");
-    }
+    lookAtPayloads(zul);
 }

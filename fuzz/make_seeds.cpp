@@ -74,6 +74,16 @@ Bytes configurations()
         .build(8);
 }
 
+/// Its events move to other queues in a merge when its configuration has the higher index.
+Bytes events(unsigned config, std::string_view event)
+{
+    return ContainerBytes()
+        .tag(sample::newRegister(event))
+        .tag(sample::event(event, event))
+        .config(sample::config(config))
+        .build(8);
+}
+
 /// The four bytes that every input begins with: no allocation fails.
 Bytes prefix(unsigned variant)
 {
@@ -113,6 +123,9 @@ void writePairs(fs::path const& folder)
     pair("kinds-into-hierarchy", hierarchy(), sample::everyKind());
     pair("the-same-registers", registersAndLinks(), registersAndLinks());
     pair("configurations", configurations(), hierarchy());
+    pair("other-events", events(1, "start"), events(0, "end"));
+    pair("higher-events", events(0, "start"), events(1, "end"));
+    pair("the-same-queue", events(0, "start"), events(0, "end"));
     pair("empty-names", emptyNames(), Bytes());
 }
 

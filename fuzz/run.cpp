@@ -53,11 +53,12 @@ void keepOutputQuiet()
 AllocationPlan planOf(Input prefix)
 {
     std::size_t const first = std::size_t{1} + prefix[1] + std::size_t{prefix[2]} * 256;
+    std::size_t const skipped = prefix[0] / 4;
     switch (prefix[0] % 4) {
     case 2:
-        return {AllocationPlan::Failing::One, first};
+        return {AllocationPlan::Failing::One, first, skipped};
     case 3:
-        return {AllocationPlan::Failing::AllFrom, first};
+        return {AllocationPlan::Failing::AllFrom, first, skipped};
     default:
         return {};
     }

@@ -8,7 +8,8 @@ using Input = std::span<std::uint8_t const>;
 
 /// What an input asks for. Its first four bytes are the same for every target:
 ///
-///     0     lower two bits: 0 and 1 no allocation fails, 2 one does, 3 all from one on do
+///     0     lower two bits: 0 and 1 no allocation fails, 2 one does, 3 all from one on do;
+///           the others: how many steps of the target are over before allocations are counted
 ///     1, 2  which one, counted from 0
 ///     3     what the target may vary
 struct Run {

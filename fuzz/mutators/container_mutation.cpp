@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <string>
 #include <string_view>
 
 namespace {
@@ -22,9 +23,48 @@ RawBytes raw(Bytes const& bytes)
     return {data, data + bytes.size()};
 }
 
+/// What a new tag may refer to, mostly something that is there.
+class Known {
+public:
+    Known(TagSequence const& sequence, Random& random) : m_sequence(sequence), m_random(random) {}
+
+    std::string registerName() const
+    {
+        RawBytes const* const tag = oneOfKind(0x8151002);
+        if (tag != nullptr && tag->size() > 32) {
+            return {tag->begin() + 32, tag->end()};
+        }
+        return std::string(m_random.oneOf(names));
+    }
+    std::uint32_t process() const { return numberOf(0x8158000); }
+    std::uint32_t module() const { return numberOf(0x8157000); }
+
+private:
+    /// The number behind the header of one tag with that id; a small one when there is none.
+    std::uint32_t numberOf(std::uint32_t id) const
+    {
+        RawBytes const* const tag = oneOfKind(id);
+        return tag != nullptr ? numberAt(*tag, 8) : static_cast<std::uint32_t>(m_random.below(3));
+    }
+    RawBytes const* oneOfKind(std::uint32_t id) const
+    {
+        std::vector<RawBytes const*> found;
+        for (RawBytes const& tag : m_sequence.tags) {
+            if (numberAt(tag, 0) == id) {
+                found.push_back(&tag);
+            }
+        }
+        return found.empty() || m_random.oneIn(8) ? nullptr : m_random.oneOf(found);
+    }
+
+    TagSequence const& m_sequence;
+    Random& m_random;
+};
+
 /// An honest tag of any kind, with small numbers and names that meet those of others.
-RawBytes sampleTag(Random& random)
+RawBytes sampleTag(TagSequence const& sequence, Random& random)
 {
+    Known const known(sequence, random);
     std::string_view const name = random.oneOf(names);
     std::string_view const other = random.oneOf(names);
     auto const i = static_cast<std::uint32_t>(random.below(3));
@@ -41,7 +81,7 @@ RawBytes sampleTag(Random& random)
     case 8:  return raw(sample::config(i));
     case 9:  return raw(sample::oldRegister(name));
     case 10: return raw(sample::newRegister(name));
-    case 11: return raw(sample::registerLink(name, other));
+    case 11: return raw(sample::registerLink(name, known.registerName()));
     case 12: return raw(sample::dmaCountRegister(i));
     case 13: return raw(sample::interruptVector());
     case 14: return raw(sample::dmaTagRegister());
@@ -49,17 +89,17 @@ RawBytes sampleTag(Random& random)
     case 16: return raw(sample::readQueue());
     case 17: return raw(sample::writeQueue());
     case 18: return raw(sample::library(name));
-    case 19: return raw(sample::event(name, other));
+    case 19: return raw(sample::event(name, known.registerName()));
     case 20: return raw(sample::process(i));
-    case 21: return raw(sample::module(i, static_cast<std::uint32_t>(random.below(2))));
+    case 21: return raw(sample::module(i, known.process()));
     case 22: return raw(sample::userInfo(name, other));
     case 23: return raw(sample::userInfo(name, i));
-    case 24: return raw(sample::integerParam(name, i));
-    case 25: return raw(sample::textParam(name, i, other));
-    case 26: return raw(sample::fieldParam(name, i));
-    case 27: return raw(sample::paramLink(i, 0));
-    case 28: return raw(sample::channel(name, i));
-    case 29: return raw(random.oneIn(2) ? sample::cameraParam(i, 0) : sample::dmaParam(i, 0));
+    case 24: return raw(sample::integerParam(name, known.module()));
+    case 25: return raw(sample::textParam(name, known.module(), other));
+    case 26: return raw(sample::fieldParam(name, known.module()));
+    case 27: return raw(sample::paramLink(known.module(), known.module()));
+    case 28: return raw(sample::channel(name, known.module()));
+    case 29: return raw(random.oneIn(2) ? sample::cameraParam(i, known.module()) : sample::dmaParam(i, known.module()));
     default: return raw(sample::unknown(0x8150015));
         // clang-format on
     }
@@ -127,7 +167,7 @@ void mutateTags(TagSequence& sequence, Random& random)
 {
     auto& tags = sequence.tags;
     if (tags.empty()) {
-        tags.push_back(sampleTag(random));
+        tags.push_back(sampleTag(sequence, random));
         return;
     }
     RawBytes& tag = random.oneOf(tags);
@@ -141,7 +181,7 @@ void mutateTags(TagSequence& sequence, Random& random)
         return std::swap(tag, random.oneOf(tags));
     case 4:
     case 5:
-        return insertTag(sequence, sampleTag(random), random);
+        return insertTag(sequence, sampleTag(sequence, random), random);
     case 6:
         return copyField(tag, RawBytes(random.oneOf(tags)), random);
     case 7:

@@ -20,7 +20,8 @@ void chooseAllocations(std::span<std::uint8_t> prefix, Random& random)
 {
     constexpr std::size_t sizes = 12;
     std::size_t const first = random.below(std::size_t{1} << random.below(sizes));
-    prefix[0] = static_cast<std::uint8_t>(random.below(4));
+    std::size_t const skipped = random.oneIn(2) ? 0 : random.below(random.oneIn(2) ? 8 : 24);
+    prefix[0] = static_cast<std::uint8_t>(random.below(4) + 4 * skipped);
     prefix[1] = static_cast<std::uint8_t>(first);
     prefix[2] = static_cast<std::uint8_t>(first >> 8U);
     if (random.oneIn(4)) {
