@@ -72,6 +72,34 @@ if(TARGET zulrt_static)
         target_include_directories(runtime_allocation_tests PRIVATE ${PROJECT_SOURCE_DIR}/Runtime/zulrt/src)
     endif()
 endif()
+# A program whose calls for memory and about files can be made to fail, and a library that does so to other programs when
+# it is preloaded. The latter not under a sanitizer, whose own functions come before preloaded ones.
+if(TARGET zul_program)
+    zul_sources(fault_sources tests/support/faults)
+    zul_test_program(fault_tests faults zul_program ${CMAKE_DL_LIBS})
+    if(NOT ZUL_SANITIZED)
+        zul_test_program(program_fault_tests program_faults zulrt_static)
+    endif()
+endif()
+if(TARGET fault_tests)
+    target_sources(fault_tests PRIVATE ${fault_sources})
+    target_include_directories(fault_tests PRIVATE tests/support/faults)
+endif()
+if(TARGET program_fault_tests)
+    zul_sources(preloaded_sources tests/support/faults tests/support/preloaded_faults)
+    add_library(preloaded_faults SHARED ${preloaded_sources})
+    target_include_directories(preloaded_faults PRIVATE tests/support/faults)
+    target_compile_options(preloaded_faults PRIVATE ${ZUL_TEST_OPTIONS})
+    target_sources(program_fault_tests PRIVATE
+        tests/faults/file_tree.cpp tests/faults/points.cpp tests/faults/scenario.cpp)
+    target_include_directories(program_fault_tests PRIVATE tests/faults tests/support/faults Runtime/zulrt/src)
+    target_compile_definitions(program_fault_tests PRIVATE
+        FAULT_LIBRARY="$<TARGET_FILE:preloaded_faults>"
+        ZUL_PROGRAM="${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/zul"
+        LOAD_DESIGN="${CMAKE_BINARY_DIR}/examples/load_design"
+        ZUL_SAMPLE_DESIGN="${CMAKE_BINARY_DIR}/share/zulrt/sample.zul")
+    add_dependencies(program_fault_tests preloaded_faults zul load_design sample_design)
+endif()
 # The C interface as C sees it: a program over the library that hosts load, and its header alone in both languages.
 if(TARGET zulrt)
     file(GLOB c_interface_sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tests/Runtime/zulrt/c_interface/*.c)

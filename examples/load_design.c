@@ -68,6 +68,10 @@ static void* createOperator(fpga_design const* design, unsigned int module)
     Factory create = NULL;
     memcpy(&create, &address, sizeof create); /* C has no conversion from void* to a function */
     void* const operatorObject = create(ZulGetModuleName(design, module));
+    if (operatorObject == NULL) {
+        fprintf(stderr, "load_design: %s made no operator\n", symbol);
+        return NULL;
+    }
     printf("    operator made by %s of %s\n", symbol, file);
     return operatorObject;
 }
@@ -79,6 +83,7 @@ static int printModules(fpga_design const* design)
     int const count = ZulGetNrOfModules(design);
     operators = calloc((size_t)count + 1, sizeof *operators);
     if (operators == NULL) {
+        perror("load_design");
         return 0;
     }
     printf("%d modules\n", count);

@@ -12,23 +12,47 @@
 
 namespace {
 
+using kova::templates::platform::Descriptor;
+
 void flush()
 {
     std::cout.flush();
     std::fflush(stdout);
 }
 
+[[noreturn]] void fail()
+{
+    throw Failure(ExitCode::System, std::string("cannot redirect standard output: ") + std::strerror(errno));
+}
+
+/// A second descriptor of standard output; none when that is closed: it is closed again in the end.
+Descriptor savedStdout()
+{
+    int const saved = dup(STDOUT_FILENO);
+    if (saved < 0 && errno != EBADF) {
+        fail();
+    }
+    return Descriptor(saved);
+}
+
 } // namespace
 
-CapturedStdout::CapturedStdout() : m_captured(memfd_create("printed", MFD_CLOEXEC))
+CapturedStdout::CapturedStdout() : m_captured(memfd_create("printed", MFD_CLOEXEC)), m_saved(savedStdout())
 {
     flush();
-    m_saved = dup(STDOUT_FILENO); // -1 when standard output is closed: it is closed again then
-    if (m_captured < 0 || dup2(m_captured, STDOUT_FILENO) < 0) {
-        int const error = errno;
-        restore();
-        throw Failure(ExitCode::Internal,
-                      std::string("cannot redirect standard output: ") + std::strerror(error));
+    if (!m_captured || dup2(m_captured.get(), STDOUT_FILENO) < 0) {
+        fail();
+    }
+}
+
+CapturedStdout::~CapturedStdout()
+{
+    std::fflush(stdout);
+    if (!m_saved) {
+        close(STDOUT_FILENO);
+        return;
+    }
+    while (dup2(m_saved.get(), STDOUT_FILENO) < 0 && errno == EINTR) {
     }
 }
 
@@ -38,23 +62,9 @@ std::string CapturedStdout::text() const
     std::string text;
     std::array<char, 4096> part{};
     off_t offset = 0;
-    for (ssize_t count = 0; (count = pread(m_captured, part.data(), part.size(), offset)) > 0;
+    for (ssize_t count = 0; (count = pread(m_captured.get(), part.data(), part.size(), offset)) > 0;
          offset += count) {
         text.append(part.data(), static_cast<std::size_t>(count));
     }
     return text;
-}
-
-void CapturedStdout::restore() const noexcept
-{
-    std::fflush(stdout);
-    if (m_saved >= 0) {
-        dup2(m_saved, STDOUT_FILENO);
-        close(m_saved);
-    } else {
-        close(STDOUT_FILENO);
-    }
-    if (m_captured >= 0) {
-        close(m_captured);
-    }
 }

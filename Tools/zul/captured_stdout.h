@@ -1,23 +1,23 @@
 #pragma once
 
+#include "kova/templates/platform/descriptor.h"
+
 #include <string>
 
 /// Keeps what is printed off standard output: sends descriptor 1 of the whole process into memory for as long as it
 /// lives. No other thread may write there in the meantime.
 class CapturedStdout {
 public:
-    /// @throws Failure Internal when descriptor 1 cannot be redirected
+    /// @throws Failure System when descriptor 1 cannot be redirected; it is as it was then
     CapturedStdout();
     CapturedStdout(CapturedStdout const&) = delete;
     CapturedStdout& operator=(CapturedStdout const&) = delete;
-    ~CapturedStdout() { restore(); }
+    ~CapturedStdout();
 
     /// What was printed so far: any bytes.
     std::string text() const;
 
 private:
-    void restore() const noexcept;
-
-    int m_captured;
-    int m_saved = -1;
+    kova::templates::platform::Descriptor m_captured;
+    kova::templates::platform::Descriptor m_saved;
 };

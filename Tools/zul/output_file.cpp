@@ -10,6 +10,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <filesystem>
+#include <new>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -17,9 +18,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
-[[noreturn]] void fail(std::string const& path, char const* what)
+[[noreturn]] void fail(std::string const& path, char const* what, int error = errno)
 {
-    throw Failure(ExitCode::Unreadable, path + ": " + what + ": " + std::strerror(errno));
+    if (error == ENOMEM) {
+        throw std::bad_alloc();
+    }
+    throw Failure(ExitCode::Unreadable, path + ": " + what + ": " + std::strerror(error));
 }
 
 [[noreturn]] void refuse(std::string const& path)
@@ -32,6 +36,9 @@ fs::path targetOf(std::string const& path)
 {
     std::error_code error;
     fs::path const target = fs::canonical(path, error);
+    if (error && error != std::errc::no_such_file_or_directory) {
+        fail(path, "cannot follow it", error.value());
+    }
     return error ? fs::path(path) : target;
 }
 
@@ -82,6 +89,9 @@ public:
     {
         struct stat old {};
         bool const exists = stat(target.c_str(), &old) == 0;
+        if (!exists && errno != ENOENT) {
+            fail(m_shownPath, "cannot tell its mode");
+        }
         mode_t const mask = umask(0);
         umask(mask);
         if (fchmod(m_file.get(), exists ? old.st_mode & 07777 : 0666 & ~mask) != 0) {

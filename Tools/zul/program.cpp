@@ -4,7 +4,13 @@
 #include "text_output.h"
 
 #include <CLI/CLI.hpp>
+#include <cstdlib>
+#include <cxxabi.h>
 #include <exception>
+#include <new>
+#include <ostream>
+#include <string_view>
+#include <unistd.h>
 
 namespace {
 
@@ -12,10 +18,11 @@ constexpr char const* description =
     "Shows and checks design containers, and the installation that they are loaded from.\n"
     "Data goes to standard output, everything else to standard error; - as a FILE is "
     "standard input.";
-constexpr char const* footer = "Exit codes: 0 clean, 1 finding or difference, 2 usage, 3 file cannot be read "
-                               "or written, 4 not a container or\n"
-                               "damaged, 5 not found, 6 refused, 70 internal error.\n"
-                               "Example: zul info design.zul";
+constexpr char const* footer =
+    "Exit codes: 0 clean, 1 finding or difference, 2 usage, 3 file cannot be read "
+    "or written, 4 not a container or\n"
+    "damaged, 5 not found, 6 refused, 70 internal error, 71 out of memory or descriptors.\n"
+    "Example: zul info design.zul";
 
 void addVerbs(CLI::App& app, Session& session)
 {
@@ -36,6 +43,9 @@ void addVerbs(CLI::App& app, Session& session)
     addDoctorVerb(app, session);
 }
 
+constexpr std::string_view outOfMemory = "out of memory";
+constexpr std::string_view outOfMemoryLine = "zul: out of memory\n"; // for where nothing can be put together
+
 bool wantsJson(CLI::App const& app)
 {
     for (CLI::App const* const verb : app.get_subcommands()) {
@@ -48,7 +58,7 @@ bool wantsJson(CLI::App const& app)
 }
 
 /// Verbs throw before they write anything, so that with --json the output is one JSON value in every case.
-ExitCode report(Session& session, CLI::App const& app, ExitCode code, std::string const& message)
+ExitCode report(Session& session, CLI::App const& app, ExitCode code, std::string_view message)
 {
     warn(session, message);
     if (wantsJson(app)) {
@@ -69,14 +79,14 @@ ExitCode parseAndRun(CLI::App& app, Session& session, int argumentCount, char co
         return app.exit(error, session.out, session.err) == 0 ? ExitCode::Clean : ExitCode::Usage;
     } catch (Failure const& failure) {
         return report(session, app, failure.code(), failure.what());
+    } catch (std::bad_alloc const&) {
+        return report(session, app, ExitCode::System, outOfMemory);
     } catch (std::exception const& error) {
         return report(session, app, ExitCode::Internal, std::string("internal error: ") + error.what());
     }
 }
 
-} // namespace
-
-ExitCode runProgram(Session& session, int argumentCount, char const* const* arguments)
+ExitCode run(Session& session, int argumentCount, char const* const* arguments)
 {
     CLI::App app(description, "zul");
     app.footer(footer);
@@ -89,4 +99,39 @@ ExitCode runProgram(Session& session, int argumentCount, char const* const* argu
         session.result = ExitCode::Unreadable;
     }
     return session.result;
+}
+
+/// Ends the program where memory runs out and nothing may be thrown: in the initialisation of static objects, and in
+/// destructors of JSON values.
+class EndWithoutMemory {
+public:
+    EndWithoutMemory() { s_before = std::set_terminate(end); }
+
+private:
+    static void end() noexcept
+    {
+        std::type_info const* const type = abi::__cxa_current_exception_type();
+        if (type == nullptr || *type != typeid(std::bad_alloc)) {
+            s_before();
+        }
+        static_cast<void>(write(STDERR_FILENO, outOfMemoryLine.data(), outOfMemoryLine.size()));
+        _exit(static_cast<int>(ExitCode::System));
+    }
+
+    static constinit std::terminate_handler s_before;
+};
+constinit std::terminate_handler EndWithoutMemory::s_before = nullptr;
+
+[[gnu::init_priority(101)]] EndWithoutMemory const endWithoutMemory; // before all others
+
+} // namespace
+
+ExitCode runProgram(Session& session, int argumentCount, char const* const* arguments)
+{
+    try {
+        return run(session, argumentCount, arguments);
+    } catch (std::bad_alloc const&) { // of putting the program together, or a message
+        session.err << outOfMemoryLine;
+        return session.result = ExitCode::System;
+    }
 }

@@ -34,8 +34,8 @@ void load(ZUL& zul, std::span<std::byte const> bytes, LoadOutcome& outcome)
 {
     try {
         outcome.result = bytes.empty() ? -EFBIG : zul.Load(bytes.data(), bytes.size());
-    } catch (std::bad_alloc const& error) {
-        note(outcome, -ENOMEM, error);
+    } catch (std::bad_alloc const&) {
+        throw; // says nothing about the file
     } catch (ZUL_runtime_error const& error) {
         note(outcome, -EINVAL, error);
         outcome.details = error.asString();

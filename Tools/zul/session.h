@@ -17,7 +17,8 @@ enum class ExitCode : int {
     Damaged = 4,    ///< not a container, or damaged beyond what was asked for
     NotFound = 5,   ///< the tag, name or number asked for is not there
     Refused = 6,    ///< done only when forced
-    Internal = 70   ///< a defect of the program
+    Internal = 70,  ///< a defect of the program
+    System = 71     ///< memory or descriptors ran out
 };
 
 /// Ends a verb with a message for standard error.

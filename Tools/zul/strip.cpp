@@ -10,6 +10,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <new>
 #include <ostream>
 
 namespace {
@@ -38,14 +39,17 @@ struct Dropped {
 std::vector<std::byte> stripped(std::string const& name, std::span<std::byte const> bytes)
 {
     CapturedStdout const quiet;
+    errno = 0;
     LoadedDesign const design(ZulLoadDesignFromBuffer(bytes.data(), bytes.size(), 0));
     unsigned long length = 0;
     std::vector<std::byte> copy;
-    errno = 0;
     if (design != nullptr && ZulStripConfigs(design.get(), nullptr, &length) == -1 && length != 0) {
         copy.resize(length);
     }
     if (design == nullptr || copy.empty() || ZulStripConfigs(design.get(), copy.data(), &length) != 0) {
+        if (errno == ENOMEM) {
+            throw std::bad_alloc();
+        }
         throw Failure(ExitCode::Damaged, name + ": cannot be stripped: " + std::strerror(errno));
     }
     return copy;

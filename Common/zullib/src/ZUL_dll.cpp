@@ -33,11 +33,15 @@ Path libraryPath(char const* dir, char const* name)
     return path;
 }
 
-/// @return whether all of the file @p path is in @p mapping; a mapping shows at most the lower 27 bits of a length
-bool isWhole(MappedFile const& mapping, char const* path)
+/// @return 0 when all of the file @p path is in @p mapping, -EFBIG when not: a mapping shows at most the lower 27 bits of
+///         a length; a negated errno when that cannot be told
+int whetherWhole(MappedFile const& mapping, char const* path)
 {
     struct stat status {};
-    return stat(path, &status) == 0 && static_cast<unsigned long>(status.st_size) == mapping.size();
+    if (stat(path, &status) != 0) {
+        return -errno;
+    }
+    return static_cast<unsigned long>(status.st_size) == mapping.size() ? 0 : -EFBIG;
 }
 
 struct Compressed {
@@ -118,8 +122,8 @@ int ZUL_dll::setLib(char const* path, zul_opsys system)
     if (!file) {
         return -errno;
     }
-    if (!isWhole(file, path)) {
-        return -EFBIG;
+    if (int const result = whetherWhole(file, path); result != 0) {
+        return result;
     }
     Compressed const small = compressed(file);
     // The unsigned difference makes a file of fewer than 100 bytes always a compressed one: the bytes stored for a

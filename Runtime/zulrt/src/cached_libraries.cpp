@@ -103,13 +103,14 @@ std::string fileOf(ZUL_dll const& library)
 bool holdsNothingBut(std::set<std::string> const& files, DIR* directory)
 {
     // Not with an iterator of the standard library, which ends the process when memory runs out.
+    errno = 0;
     while (dirent const* const entry = readdir(directory)) {
         std::string_view const name = entry->d_name;
         if (name != "." && name != ".." && !files.contains("./" + std::string(name))) {
             return false;
         }
     }
-    return true;
+    return errno == 0; // what could not be read may be anything
 }
 
 } // namespace

@@ -4,9 +4,11 @@
 #include "open_directory.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <dirent.h>
 #include <initializer_list>
 #include <string_view>
 #include <unistd.h>
@@ -15,6 +17,7 @@
 namespace {
 
 using kova::templates::platform::checkInvariant;
+using kova::templates::platform::Descriptor;
 
 constexpr char baseDirectory[] = "/tmp/";
 constexpr char temporaryName[] = "zulrt-XXXXXX"; // as mkdtemp wants it
@@ -36,6 +39,23 @@ std::unique_ptr<char[]> joined(std::initializer_list<std::string_view> parts)
     }
     *end = '\0';
     return text;
+}
+
+/// Removes the files in @p directory. Not with readdir(), which needs memory that may have run out.
+void unlinkFiles(int directory)
+{
+    alignas(dirent64) std::array<char, 4096> entries;
+    ssize_t length = 0;
+    while ((length = getdents64(directory, entries.data(), entries.size())) > 0) {
+        for (ssize_t at = 0; at < length;) {
+            void const* const start = entries.data() + at;
+            auto const* const entry = static_cast<dirent64 const*>(start);
+            checkInvariant(std::strlen(entry->d_name) <= longestEntryName,
+                           "strlen(dentry->d_name) <= PATH_MAX", source, 290);
+            unlinkat(directory, entry->d_name, 0);
+            at += entry->d_reclen;
+        }
+    }
 }
 
 } // namespace
@@ -78,15 +98,11 @@ int delete_dir(char const* dir)
     if (dir == nullptr) {
         return EFAULT;
     }
-    OpenDirectory const directory = openDirectory(dir);
+    Descriptor const directory(directoryDescriptor(dir));
     if (!directory) {
         return errno;
     }
-    while (dirent const* const entry = readdir(directory.get())) {
-        checkInvariant(std::strlen(entry->d_name) <= longestEntryName, "strlen(dentry->d_name) <= PATH_MAX",
-                       source, 290);
-        unlinkat(dirfd(directory.get()), entry->d_name, 0);
-    }
+    unlinkFiles(directory.get());
     rmdir(dir);
     return 0;
 }

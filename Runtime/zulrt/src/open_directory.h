@@ -13,11 +13,16 @@ struct DirectoryCloser {
 /// An open directory whose entries can be read, or null.
 using OpenDirectory = std::unique_ptr<DIR, DirectoryCloser>;
 
-/// Opens a directory that is one itself, no symbolic link to one; null with errno otherwise.
+/// Opens a directory that is one itself, no symbolic link to one; a negative number with errno otherwise.
+inline int directoryDescriptor(char const* path) noexcept
+{
+    return ::open(path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
+}
+
+/// The same for reading its entries; null with errno otherwise.
 inline OpenDirectory openDirectory(char const* path) noexcept
 {
-    kova::templates::platform::Descriptor descriptor(
-        ::open(path, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    kova::templates::platform::Descriptor descriptor(directoryDescriptor(path));
     OpenDirectory directory(descriptor ? fdopendir(descriptor.get()) : nullptr);
     if (directory) {
         descriptor.release();

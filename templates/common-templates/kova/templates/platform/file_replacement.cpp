@@ -81,13 +81,23 @@ private:
     bool m_renamed = false;
 };
 
-/// Where the symbolic links at the end of @p path lead, whether or not there is a file.
-fs::path followLinks(fs::path path)
+/// Where the symbolic links at the end of @p path lead, whether or not there is a file; nothing, with errno, where that
+/// cannot be told: a link that was taken for a file would be replaced itself.
+std::optional<fs::path> followLinks(fs::path path)
 {
     constexpr int mostLinks = 40; // as many as the kernel follows
-    std::error_code none;
-    for (int i = 0; i < mostLinks && fs::is_symlink(fs::symlink_status(path, none)); ++i) {
-        path = path.parent_path() / fs::read_symlink(path);
+    for (int i = 0; i < mostLinks; ++i) {
+        std::error_code error;
+        fs::file_status const status = fs::symlink_status(path, error);
+        if (fs::status_known(status) && !fs::is_symlink(status)) {
+            return path;
+        }
+        fs::path const next = fs::status_known(status) ? fs::read_symlink(path, error) : fs::path();
+        if (error) {
+            errno = error.value();
+            return std::nullopt;
+        }
+        path = path.parent_path() / next;
     }
     return path;
 }
@@ -149,9 +159,10 @@ int writeThroughTemporary(TemporaryFile& temporary, fs::path const& target, stru
     return temporary.renameTo(target);
 }
 
-int writeAll(int fd, std::vector<std::byte> const& image)
+/// @param written takes how many bytes were written, all of them or not
+int writeAll(int fd, std::vector<std::byte> const& image, std::size_t& written)
 {
-    std::size_t written = 0;
+    written = 0;
     while (written < image.size()) {
         ssize_t const count = ::write(fd, image.data() + written, image.size() - written);
         if (count < 0 && errno != EINTR) {
@@ -185,8 +196,10 @@ int writeInPlace(int fd, struct stat const& old, FileContents const& contents)
     if (int const reserved = regular ? reserve(fd, old, contents.length) : 0; reserved != 0) {
         return reserved;
     }
-    if (int const written = writeAll(fd, image); written != 0) {
-        return written;
+    std::size_t written = 0;
+    if (int const result = writeAll(fd, image, written); result != 0) {
+        bool const isUntouched = regular && written == 0; // but for its length
+        return isUntouched && ::ftruncate(fd, old.st_size) != 0 ? -errno : result;
     }
     if (regular && (::ftruncate(fd, static_cast<off_t>(contents.length)) != 0 || ::fsync(fd) != 0)) {
         return -errno;
@@ -217,7 +230,11 @@ int replaceExisting(char const* path, int fd, FileContents const& contents)
         return -errno;
     }
     if (S_ISREG(old.st_mode) && old.st_nlink == 1) {
-        if (auto const replaced = replaceByAnother(followLinks(path), old, contents)) {
+        auto const target = followLinks(path);
+        if (!target) {
+            return -errno;
+        }
+        if (auto const replaced = replaceByAnother(*target, old, contents)) {
             return *replaced;
         }
     }
@@ -226,12 +243,15 @@ int replaceExisting(char const* path, int fd, FileContents const& contents)
 
 int createNew(char const* path, FileContents const& contents)
 {
-    fs::path const target = followLinks(path);
-    if (!target.has_filename()) {
+    auto const target = followLinks(path);
+    if (!target) {
+        return -errno;
+    }
+    if (!target->has_filename()) {
         return -EISDIR;
     }
-    TemporaryFile temporary(directoryOf(target), newFileMode);
-    return temporary ? writeThroughTemporary(temporary, target, nullptr, contents) : -errno;
+    TemporaryFile temporary(directoryOf(*target), newFileMode);
+    return temporary ? writeThroughTemporary(temporary, *target, nullptr, contents) : -errno;
 }
 
 } // namespace
