@@ -26,5 +26,5 @@ struct LoadOutcome {
 ///
 /// Redirects descriptor 1 of the whole process while it runs: no other thread may write there.
 /// @param zul keeps referring to @p bytes
-/// @throws Failure Internal when descriptor 1 cannot be redirected
+/// @throws Failure System when descriptor 1 cannot be redirected; std::bad_alloc
 LoadOutcome loadQuietly(ZUL& zul, std::span<std::byte const> bytes, ZULLoadMode mode = ZUL_LOAD_STRICT);

@@ -3,8 +3,10 @@
 #include "sanitized.h"
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstdlib>
+#include <span>
 #include <string_view>
 
 bool everyPointIsTried()
@@ -23,7 +25,8 @@ std::vector<Fault> waysToFail(FaultKind kind)
                             {.kind = kind, .count = 3, .error = EINTR},
                             {.kind = kind, .error = Fault::half},
                             {.kind = kind, .count = Fault::lasting, .error = Fault::half}};
-    for (int const error : {EIO, ENOSPC, EDQUOT, EMFILE, EACCES}) {
+    constexpr auto errors = std::to_array({EIO, EACCES, ENOSPC, EDQUOT, EMFILE});
+    for (int const error : std::span(errors).first(isSanitized ? 2 : errors.size())) {
         ways.push_back({.kind = kind, .error = error});
         ways.push_back({.kind = kind, .count = Fault::lasting, .error = error});
     }
