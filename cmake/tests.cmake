@@ -73,13 +73,11 @@ if(TARGET zulrt_static)
     endif()
 endif()
 # A program whose calls for memory and about files can be made to fail, and a library that does so to other programs when
-# it is preloaded. The latter not under a sanitizer, whose own functions come before preloaded ones.
-if(TARGET zul_program)
+# it is preloaded. Not under a sanitizer, whose own functions come before preloaded ones.
+if(TARGET zul_program AND NOT ZUL_SANITIZED)
     zul_sources(fault_sources tests/support/faults)
     zul_test_program(fault_tests faults zul_program ${CMAKE_DL_LIBS})
-    if(NOT ZUL_SANITIZED)
-        zul_test_program(program_fault_tests program_faults zulrt_static)
-    endif()
+    zul_test_program(program_fault_tests program_faults zulrt_static)
 endif()
 if(TARGET fault_tests)
     target_sources(fault_tests PRIVATE ${fault_sources})

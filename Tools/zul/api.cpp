@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <new>
 #include <ostream>
 
 namespace {
@@ -39,6 +40,9 @@ LoadedDesign load(std::string const& file, std::span<std::byte const> bytes, ZUL
     CapturedStdout const quiet;
     std::span const seen = bytes.first(sizeSeenByLoad(bytes.size()));
     LoadedDesign design(ZulLoadDesignFromBuffer(seen.data(), seen.size(), 0));
+    if (design == nullptr && errno == ENOMEM) {
+        throw std::bad_alloc();
+    }
     if (design == nullptr) {
         throw Failure(ExitCode::Damaged, file + ": the design does not load, errno " + std::to_string(errno) +
                                              " (" + std::strerror(errno) + "); loads: " + outcome.text());

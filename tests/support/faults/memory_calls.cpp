@@ -9,14 +9,16 @@
 
 extern "C" {
 // What they really do, by names that need no looking up: that would need memory itself.
-void* __libc_malloc(std::size_t size);                    // NOLINT(bugprone-reserved-identifier)
-void* __libc_calloc(std::size_t count, std::size_t size); // NOLINT(bugprone-reserved-identifier)
-void* __libc_realloc(void* memory, std::size_t size);     // NOLINT(bugprone-reserved-identifier)
-void __libc_free(void* memory);                           // NOLINT(bugprone-reserved-identifier)
+void* __libc_malloc(std::size_t size);                          // NOLINT(bugprone-reserved-identifier)
+void* __libc_calloc(std::size_t count, std::size_t size);       // NOLINT(bugprone-reserved-identifier)
+void* __libc_realloc(void* memory, std::size_t size);           // NOLINT(bugprone-reserved-identifier)
+void* __libc_memalign(std::size_t alignment, std::size_t size); // NOLINT(bugprone-reserved-identifier)
+void __libc_free(void* memory);                                 // NOLINT(bugprone-reserved-identifier)
 // Those of a sanitizer, where there is one.
 [[gnu::weak]] void* __interceptor_malloc(std::size_t size);
 [[gnu::weak]] void* __interceptor_calloc(std::size_t count, std::size_t size);
 [[gnu::weak]] void* __interceptor_realloc(void* memory, std::size_t size);
+[[gnu::weak]] void* __interceptor_aligned_alloc(std::size_t alignment, std::size_t size);
 [[gnu::weak]] void __interceptor_free(void* memory);
 }
 
@@ -85,6 +87,13 @@ void* realloc(void* memory, std::size_t size) noexcept
     return taken(moved);
 }
 
+void* aligned_alloc(std::size_t alignment, std::size_t size) noexcept
+{
+    return isRefused("aligned_alloc", size)
+               ? nullptr
+               : taken(firstOf(__interceptor_aligned_alloc, __libc_memalign)(alignment, size));
+}
+
 void free(void* memory) noexcept
 {
     noteInUse(without(blockOf(memory)));
@@ -115,6 +124,25 @@ void* operator new(std::size_t size, std::nothrow_t const&) noexcept
 void* operator new[](std::size_t size, std::nothrow_t const& tag) noexcept
 {
     return operator new(size, tag);
+}
+
+void* operator new(std::size_t size, std::align_val_t alignment)
+{
+    auto const unit = static_cast<std::size_t>(alignment);
+    if (void* const memory = aligned_alloc(unit, (size + unit - 1) / unit * unit)) {
+        return memory;
+    }
+    throw std::bad_alloc();
+}
+
+void operator delete(void* memory, std::align_val_t) noexcept
+{
+    std::free(memory);
+}
+
+void operator delete(void* memory, std::size_t, std::align_val_t) noexcept
+{
+    std::free(memory);
 }
 
 void operator delete(void* memory) noexcept
