@@ -282,7 +282,7 @@ void EditedContainer::load(unsigned number)
 
 void EditedContainer::merge(unsigned number)
 {
-    if (m_tags.size() > manyTags) {
+    if (m_tags.size() + m_zul.getConfigCount() > manyTags) { // merged into itself, it doubles
         return;
     }
     ZUL other;
