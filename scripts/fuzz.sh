@@ -4,7 +4,7 @@
 #                        [--keep DIRECTORY] [TARGET...]
 #   --seconds N          each target for so long (60 when nothing is said)
 #   --runs-per-target N  each target for so many executions
-#   --full               as many executions of each target as docs/reliability.md asks for
+#   --full               20 million loads, 5 million cycles, 3 million sequences of edits, 1 million payloads
 #   --build DIRECTORY    targets that are built already; without it, those of the preset "fuzz" are built
 #   --keep DIRECTORY     new inputs go there, by target, and from there into the next run
 #   --minimise           runs nothing: fuzz/corpus becomes what is needed of it and of the new inputs
