@@ -114,7 +114,8 @@ private:
         if (type == nullptr || *type != typeid(std::bad_alloc)) {
             s_before();
         }
-        static_cast<void>(write(STDERR_FILENO, outOfMemoryLine.data(), outOfMemoryLine.size()));
+        [[maybe_unused]] ssize_t const written =
+            write(STDERR_FILENO, outOfMemoryLine.data(), outOfMemoryLine.size());
         _exit(static_cast<int>(ExitCode::System));
     }
 
