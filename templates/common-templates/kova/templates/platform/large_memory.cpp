@@ -21,7 +21,7 @@ void* allocateMemory(std::size_t size)
     if (!isLarge(size)) {
         return ::operator new(size);
     }
-    void* const memory = ::operator new(size, std::align_val_t{hugePage});
+    void* const memory = ::operator new (size, std::align_val_t{hugePage});
     madvise(memory, size, MADV_HUGEPAGE); // a wish: without it small pages serve
     return memory;
 }
@@ -29,7 +29,7 @@ void* allocateMemory(std::size_t size)
 void releaseMemory(void* memory, std::size_t size) noexcept
 {
     if (isLarge(size)) {
-        ::operator delete(memory, std::align_val_t{hugePage});
+        ::operator delete (memory, std::align_val_t{hugePage});
     } else {
         ::operator delete(memory);
     }
