@@ -154,8 +154,8 @@ constexpr std::uint32_t placeOf(std::uint32_t id)
 
 constexpr std::array kindPlaces = [] {
     std::array<std::uint8_t, 1U << placeBits> places{};
-    for (std::uint8_t i = 0; i < kinds.size(); ++i) {
-        places[placeOf(kinds[i].id)] = i;
+    for (std::size_t i = 0; i < kinds.size(); ++i) {
+        places[placeOf(kinds[i].id)] = static_cast<std::uint8_t>(i);
     }
     return places;
 }();

@@ -129,6 +129,8 @@ private:
         std::uint64_t value;
     };
 
+    // What m_pendingCount does not count is not set: loading makes one of these for each tag.
+    // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init)
     TagLayout(Pass pass, ZUL_tag& tag) : m_pass(pass), m_tag(tag) {}
 
     template <std::integral T>

@@ -44,7 +44,7 @@ std::unique_ptr<char[]> joined(std::initializer_list<std::string_view> parts)
 /// Removes the files in @p directory. Not with readdir(), which needs memory that may have run out.
 void unlinkFiles(int directory)
 {
-    alignas(dirent64) std::array<char, 4096> entries;
+    alignas(dirent64) std::array<char, 4096> entries{};
     ssize_t length = 0;
     while ((length = getdents64(directory, entries.data(), entries.size())) > 0) {
         for (ssize_t at = 0; at < length;) {

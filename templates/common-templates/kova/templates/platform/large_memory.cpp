@@ -7,7 +7,7 @@ namespace kova::templates::platform {
 
 namespace {
 
-constexpr std::size_t hugePage = 2 * 1024 * 1024;
+constexpr std::size_t hugePage = std::size_t{2} * 1024 * 1024;
 
 bool isLarge(std::size_t size) noexcept
 {

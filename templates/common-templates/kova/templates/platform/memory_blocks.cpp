@@ -8,8 +8,8 @@ namespace kova::templates::platform {
 std::byte* MemoryBlocks::addBlock(std::size_t size)
 {
     constexpr std::size_t smallest = 1024;
-    constexpr std::size_t usual = 64 * 1024;
-    constexpr std::size_t large = 2 * 1024 * 1024; // a huge page
+    constexpr std::size_t usual = std::size_t{64} * 1024;
+    constexpr std::size_t large = std::size_t{2} * 1024 * 1024; // a huge page
     std::size_t const grown = m_total < large / 2 ? std::clamp(m_total, smallest, usual) : large;
     std::size_t const blockSize = piecesAreApart ? size : std::max(size, grown);
     Memory block(allocateMemory(blockSize), {blockSize});
