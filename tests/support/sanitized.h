@@ -12,10 +12,17 @@ inline constexpr bool isSanitized = __has_feature(address_sanitizer) || __has_fe
 inline constexpr bool isSanitized = false;
 #endif
 
+/// One of @p values for the place with that number, in turn: for what takes long.
+template <class Value, std::size_t Count>
+std::span<Value const> oneInTurn(std::array<Value, Count> const& values, std::size_t place)
+{
+    return std::span(values).subspan(place % Count, 1);
+}
+
 /// Which of @p values to try at the place with that number: all of them; with a sanitizer, which makes everything many
 /// times slower, one in turn, so that every place is still tried.
 template <class Value, std::size_t Count>
 std::span<Value const> valuesToTry(std::array<Value, Count> const& values, std::size_t place)
 {
-    return isSanitized ? std::span(values).subspan(place % Count, 1) : std::span(values);
+    return isSanitized ? oneInTurn(values, place) : std::span(values);
 }

@@ -243,7 +243,7 @@ TEST_F(Check, EveryByteAtItsLimitsIsNamed)
     Bytes const whole = sample::everyKind();
     std::string const path = file(whole);
     for (std::size_t i = 0; i < whole.size(); ++i) {
-        for (unsigned const value : valuesToTry(limits, i)) {
+        for (unsigned const value : oneInTurn(limits, i)) {
             SCOPED_TRACE("byte " + std::to_string(i) + " set to " + std::to_string(value));
             expectHonest(Bytes(whole).setU8(i, value), path);
         }
@@ -258,7 +258,7 @@ TEST_F(Check, EveryWordAtItsLimitsIsNamed)
     Bytes const whole = sample::everyKind();
     std::string const path = file(whole);
     for (std::size_t i = 0; i + 4 <= whole.size(); i += 4) {
-        for (std::uint32_t const value : valuesToTry(limits, i / 4)) {
+        for (std::uint32_t const value : oneInTurn(limits, i / 4)) {
             SCOPED_TRACE("word at " + std::to_string(i) + " set to " + std::to_string(value));
             expectHonest(Bytes(whole).setU32(i, value), path);
         }
