@@ -71,6 +71,20 @@ TEST_F(FailingReplacement, OfANewFileLeavesNone)
     }
 }
 
+TEST_F(FailingReplacement, LinkThatCannotBeFollowedIsNotReplaced)
+{
+    std::string const link = directory / "link";
+    ASSERT_EQ(symlink("old", link.c_str()), 0);
+    auto const replaceLink = [&link] { return replaceFile(link.c_str(), contentsOf("new")); };
+    EXPECT_EQ(withFailingCall(SYS_readlink, EIO, replaceLink), -EIO);
+    expectOld();
+    ASSERT_EQ(unlink(old.c_str()), 0);
+    for (long const call : {SYS_readlink, SYS_newfstatat}) {
+        EXPECT_EQ(withFailingCall(call, EIO, replaceLink), -EIO) << call;
+        EXPECT_EQ(entriesOf(directory.path()), Names{"link"});
+    }
+}
+
 TEST_F(FailingReplacement, InPlaceLeavesTheOldContentsUnlessTheyAreBeingWritten)
 {
     giveASecondName();
@@ -87,8 +101,11 @@ TEST_F(FailingReplacement, InPlaceLeavesTheOldContentsUnlessTheyAreBeingWritten)
 TEST_F(FailingReplacement, InPlaceTellsWhenNotEvenItsLengthCanBeRestored)
 {
     giveASecondName();
-    EXPECT_EQ(withFailingCall(SYS_ftruncate, EIO, [this] { return replace(SYS_fallocate, ENOSPC); }), -EIO);
-    expectOld();
+    for (long const call : {SYS_fallocate, SYS_write}) {
+        auto const fail = [this, call] { return replace(call, ENOSPC); };
+        EXPECT_EQ(withFailingCall(SYS_ftruncate, EIO, fail), -EIO) << call;
+        expectOld();
+    }
 }
 
 } // namespace

@@ -231,6 +231,22 @@ TEST_F(FileReplacement, CircleOfSymbolicLinksIsRefused)
     EXPECT_EQ(replaceFile((directory / "a").c_str(), contentsOf("contents")), -ELOOP);
 }
 
+TEST_F(FileReplacement, ErrnoOfAnEarlierFailureChangesNothing)
+{
+    for (int const earlier : {EEXIST, EINTR, EIO}) {
+        errno = earlier;
+        EXPECT_EQ(replaceFile(old.c_str(), contentsOf("replaced")), 0) << earlier;
+        EXPECT_EQ(readFile(old), Bytes().chars("replaced"));
+    }
+    ASSERT_EQ(link(old.c_str(), (directory / "other").c_str()), 0);
+    for (int const earlier : {EEXIST, EINTR, EIO}) {
+        errno = earlier;
+        EXPECT_EQ(replaceFile(old.c_str(), contentsOf("in place")), 0) << earlier;
+        EXPECT_EQ(readFile(old), Bytes().chars("in place"));
+    }
+    EXPECT_EQ(entriesOf(directory.path()), (Names{"old", "other"}));
+}
+
 TEST_F(FileReplacement, FileWithSeveralNamesIsWrittenInPlace)
 {
     std::string const other = directory / "other";

@@ -1,6 +1,7 @@
 #include "ZUL_dll.h"
 #include "bytes.h"
 #include "child_process.h"
+#include "failing_call.h"
 #include "files.h"
 #include "libraries.h"
 #include "zlib_failure.h"
@@ -10,11 +11,13 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <fcntl.h>
 #include <fstream>
 #include <iterator>
 #include <new>
 #include <string>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 namespace {
@@ -155,6 +158,18 @@ TEST_F(SetLib, FileThatAMappingWouldCutIsRefused)
     ASSERT_EQ(truncate(in("sparse").c_str(), mappable), 0);
     EXPECT_EQ(library.setLib(in("sparse").c_str(), anySystem), 0);
     EXPECT_TRUE(library.isCompressed());
+}
+
+TEST_F(SetLib, FileWhoseLengthCannotBeToldIsRefused)
+{
+    ZUL_dll library = filledLibrary();
+    writeFile(in("lib"), Bytes().fill('z', 10'000));
+    auto const set = [&] {
+        int const result = library.setLib(in("lib").c_str(), anySystem);
+        expectUnchanged(library);
+        return HasFailure() ? 1 : result;
+    };
+    EXPECT_EQ(withFailingCall(SYS_newfstatat, AT_FDCWD, EIO, set), -EIO);
 }
 
 bool isMapped(std::string const& path)

@@ -50,6 +50,12 @@ TEST_F(CachedLibraries, AreHeldByteForByte)
     EXPECT_TRUE(holds());
 }
 
+TEST_F(CachedLibraries, AreHeldWhateverFailedBefore)
+{
+    errno = EINTR;
+    EXPECT_TRUE(holds());
+}
+
 TEST_F(CachedLibraries, AreNotHeldWithOneByteMoreLessOrDifferent)
 {
     for (std::string const& path : {marker, filter}) {

@@ -1,4 +1,5 @@
 #include "child_process.h"
+#include "failing_call.h"
 #include "library_designs.h"
 #include "library_directory.h"
 #include "listing.h"
@@ -10,6 +11,7 @@
 #include <atomic>
 #include <cerrno>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -40,6 +42,16 @@ TEST(UnpackingFailure, UnwritableTmpMakesNoDirectory)
         EXPECT_EQ(result, -reason);
         EXPECT_EQ(inTmp(), Names());
     });
+}
+
+TEST(UnpackingFailure, DirectoryThatCannotBeMadeIsToldByItsErrno)
+{
+    LibraryDesign const design = designWith(deflated(noise(1000)));
+    for (int const error : {EPERM, ENOSPC, EMLINK}) {
+        EXPECT_EQ(withFailingCall(SYS_mkdir, error,
+                                  [&] { return LibraryDirectory(true).unpack(design.zul, system516); }),
+                  -error);
+    }
 }
 
 TEST(UnpackingFailure, UnwritableTmpLeavesNoDirectoryHeld)
