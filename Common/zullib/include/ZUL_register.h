@@ -72,6 +72,8 @@ public:
     static constexpr bool isAccess(std::uint32_t type) noexcept { return type == access1 || type == access2; }
 
 private:
+    friend class RegisterNames; // files texts by their lengths
+
     static constexpr std::uint64_t oldNameWidth = 64;
 
     void layout(TagLayout& row) override;

@@ -38,6 +38,8 @@ public:
     std::uint32_t getTagId() const override { return tag_id; }
 
 private:
+    friend class RegisterNames; // files texts by their lengths
+
     static constexpr std::uint64_t targetWidth = 64;
     static constexpr std::uint64_t aliasWidth = 128;
 

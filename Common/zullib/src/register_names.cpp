@@ -2,117 +2,167 @@
 
 #include "ZUL_register.h"
 #include "ZUL_register_link.h"
+#include "seeded_hash.h"
 
-#include <vector>
+#include <utility>
+
+/// Whether a slot is that of a name.
+struct RegisterNames::Is {
+    RegisterNames const& names;
+    std::string_view name;
+    std::uint32_t hash = static_cast<std::uint32_t>(SeededHash()(name));
+
+    bool operator()(Slot const& slot) const { return slot.hashOfName == hash && names.nameOf(slot) == name; }
+};
 
 void RegisterNames::clear()
 {
-    m_names.clear();
+    m_slots.clear();
+    m_linked.clear();
     m_oldCount = 0;
     m_newCount = 0;
 }
 
+std::string_view RegisterNames::nameOf(Slot const& slot) const
+{
+    return slot.reg != nullptr ? slot.reg->m_name.view() : m_linked[slot.place].name;
+}
+
+RegisterNames::Placed RegisterNames::resolved(Slot const& slot) const
+{
+    return slot.reg != nullptr ? Placed{slot.reg, slot.place} : m_linked[slot.place].resolved;
+}
+
+RegisterNames::Slot* RegisterNames::slotOf(std::string_view name)
+{
+    Is const is{*this, name};
+    return m_slots.find(is.hash, is);
+}
+
+/// The slot of a name, and whether it is new: then the caller fills in the rest.
+std::pair<RegisterNames::Slot*, bool> RegisterNames::insert(std::string_view name)
+{
+    Is const is{*this, name};
+    auto const [slot, isNew] = m_slots.insert(is.hash, is);
+    slot->hashOfName = is.hash;
+    return {slot, isNew};
+}
+
+std::uint32_t RegisterNames::nextPlace(ZUL_register const& reg)
+{
+    return reg.getTagId() == ZUL_register::old_tag_id ? m_oldCount++ << 1U : m_newCount++ << 1U | newerLayout;
+}
+
 void RegisterNames::add(ZUL_register& reg)
 {
-    Entry nameless;
-    fill(reg.getName() == nullptr ? nameless : entryOf(reg.getName()), reg);
+    std::uint32_t const place = nextPlace(reg);
+    if (!reg.m_name) {
+        return;
+    }
+    auto const [slot, isNew] = insert(reg.m_name.view());
+    if (isNew || (slot->place & newerLayout) > (place & newerLayout)) {
+        slot->reg = &reg;
+        slot->place = place;
+    }
 }
 
 bool RegisterNames::addNew(ZUL_register& reg)
 {
-    if (reg.getName() == nullptr) {
-        add(reg);
+    if (!reg.m_name) {
+        nextPlace(reg);
         return true;
     }
-    Entry& entry = entryOf(reg.getName());
-    if (entry.resolved != nullptr) {
+    auto const [slot, isNew] = insert(reg.m_name.view());
+    if (isNew) {
+        slot->reg = &reg;
+        slot->place = nextPlace(reg);
+        return true;
+    }
+    if (resolved(*slot).reg != nullptr) {
         return false;
     }
-    fill(entry, reg);
+    resolve(slot->place, {&reg, nextPlace(reg)});
     return true;
-}
-
-void RegisterNames::fill(Entry& entry, ZUL_register& reg)
-{
-    bool const newLayout = reg.getTagId() != ZUL_register::old_tag_id;
-    std::uint32_t const position = newLayout ? m_newCount++ : m_oldCount++;
-    if (entry.reg == nullptr || (entry.newLayout && !newLayout)) {
-        entry.reg = &reg;
-        entry.position = position;
-        entry.newLayout = newLayout;
-        resolve(entry, entry);
-    }
 }
 
 void RegisterNames::add(ZUL_register_link& link)
 {
-    if (link.getAlias() == nullptr) {
-        return;
-    }
-    Entry& alias = entryOf(link.getAlias());
-    if (link.getTarget() == nullptr) {
-        alias.alias = true;
-    } else {
-        point(alias, entryOf(link.getTarget()));
+    if (link.m_alias) {
+        point(link);
     }
 }
 
 bool RegisterNames::addNew(ZUL_register_link& link)
 {
-    if (link.getTarget() == nullptr) {
-        add(link);
-        return true;
+    if (link.m_target) {
+        Slot const* const target = slotOf(link.m_target.view());
+        if (target != nullptr && target->reg == nullptr && m_linked[target->place].alias) {
+            return false;
+        }
     }
-    Entry& target = entryOf(link.getTarget());
-    if (target.alias) {
-        return false;
-    }
-    if (link.getAlias() != nullptr) {
-        point(entryOf(link.getAlias()), target);
-    }
+    add(link);
     return true;
 }
 
-void RegisterNames::point(Entry& alias, Entry& target)
+void RegisterNames::point(ZUL_register_link const& link)
 {
-    if (alias.alias) {
+    std::uint32_t const alias = linked(link.m_alias.view());
+    if (m_linked[alias].alias) {
         return; // an earlier link has this alias
     }
-    alias.alias = true;
-    alias.nextPointing = target.firstPointing;
-    target.firstPointing = &alias;
-    if (alias.resolved == nullptr && target.resolved != nullptr) {
-        resolve(alias, *target.resolved);
+    m_linked[alias].alias = true;
+    if (!link.m_target) {
+        return;
+    }
+    Slot const* const slot = slotOf(link.m_target.view());
+    Placed const to = slot == nullptr ? Placed{} : resolved(*slot);
+    if (to.reg == nullptr) {
+        std::uint32_t const target = linked(link.m_target.view());
+        m_linked[alias].nextPointing = std::exchange(m_linked[target].firstPointing, alias);
+    } else if (m_linked[alias].resolved.reg == nullptr) {
+        resolve(alias, to);
     }
 }
 
-/// Resolves @p entry and every name that leads to it and was not resolved yet. No recursion: a chain of links may be
-/// as long as the file.
-void RegisterNames::resolve(Entry& entry, Entry& to)
+/// The number of a name among those that links mention; a register's name becomes one of them.
+std::uint32_t RegisterNames::linked(std::string_view name)
 {
-    entry.resolved = &to;
-    std::vector<Entry*> open;
-    for (Entry* target = entry.firstPointing == nullptr ? nullptr : &entry; target != nullptr;) {
-        for (Entry* pointing = target->firstPointing; pointing != nullptr;
-             pointing = pointing->nextPointing) {
-            if (pointing->resolved == nullptr) {
-                pointing->resolved = &to;
-                open.push_back(pointing);
-            }
+    auto const number = static_cast<std::uint32_t>(m_linked.size());
+    auto const [slot, isNew] = insert(name);
+    if (!isNew && slot->reg == nullptr) {
+        return slot->place;
+    }
+    m_linked.push_back({name, isNew ? Placed{} : resolved(*slot)});
+    *slot = {nullptr, number, slot->hashOfName};
+    return number;
+}
+
+/// Resolves a name and every other that leads to it and was not resolved yet. No recursion: a chain of links may be
+/// as long as the file.
+void RegisterNames::resolve(std::uint32_t name, Placed to) noexcept
+{
+    m_linked[name].resolved = to;
+    std::uint32_t open = std::exchange(m_linked[name].firstPointing, none);
+    while (open != none) {
+        LinkedName& pointing = m_linked[open];
+        open = pointing.nextPointing;
+        if (pointing.resolved.reg != nullptr) {
+            continue;
         }
-        target = open.empty() ? nullptr : open.back();
-        if (target != nullptr) {
-            open.pop_back();
+        pointing.resolved = to;
+        for (std::uint32_t next = std::exchange(pointing.firstPointing, none); next != none;) {
+            next = std::exchange(m_linked[next].nextPointing, std::exchange(open, next));
         }
     }
 }
 
 RegisterNames::Found RegisterNames::find(std::string_view name)
 {
-    Entry const* const named = m_names.find(name);
-    if (named == nullptr || named->resolved == nullptr) {
+    Slot const* const slot = slotOf(name);
+    Placed const found = slot == nullptr ? Placed{} : resolved(*slot);
+    if (found.reg == nullptr) {
         return {};
     }
-    Entry const& entry = *named->resolved;
-    return {entry.reg, entry.position + 1 + (entry.newLayout ? m_oldCount : 0)};
+    std::uint32_t const before = (found.place & newerLayout) != 0 ? m_oldCount : 0;
+    return {found.reg, before + (found.place >> 1U) + 1};
 }

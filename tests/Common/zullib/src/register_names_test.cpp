@@ -49,15 +49,64 @@ TEST_F(RegisterNamesTest, FirstOfALayoutAndTheOlderLayoutCount)
     EXPECT_EQ(names.find("newer").number, 1U);
 }
 
-TEST_F(RegisterNamesTest, AliasesOfANameFollowItsRegister)
+TEST_F(RegisterNamesTest, AliasLeadsToTheRegisterThatCounts)
 {
     ZUL_register_link link(nullptr, "alias", "newer");
     ZUL_register sameOlder(nullptr, "newer", true);
     names.add(newer);
-    names.add(link);
-    EXPECT_EQ(names.find("alias").tag, &newer);
     names.add(sameOlder);
+    names.add(link);
     EXPECT_EQ(names.find("alias").tag, &sameOlder);
+    EXPECT_EQ(number("alias"), 1U);
+}
+
+TEST_F(RegisterNamesTest, AliasHasTheNumberOfItsRegisterHoweverManyCome)
+{
+    ZUL_register_link link(nullptr, "alias", "newer");
+    names.add(newer);
+    names.add(link);
+    EXPECT_EQ(number("alias"), 1U);
+    EXPECT_TRUE(names.addNew(older));
+    EXPECT_EQ(number("alias"), 2U);
+}
+
+TEST_F(RegisterNamesTest, OfEqualAliasesTheFirstCounts)
+{
+    ZUL_register_link first(nullptr, "alias", "newer");
+    ZUL_register_link second(nullptr, "alias", "older");
+    names.add(newer);
+    names.add(older);
+    names.add(first);
+    names.add(second);
+    EXPECT_EQ(names.find("alias").tag, &newer);
+}
+
+TEST_F(RegisterNamesTest, RegisterWhoseNameIsAnAliasKeepsIt)
+{
+    ZUL_register_link link(nullptr, "older", "newer");
+    ZUL_register_link behind(nullptr, "behind", "older");
+    names.add(older);
+    names.add(newer);
+    EXPECT_TRUE(names.addNew(link));
+    EXPECT_EQ(names.find("older").tag, &older);
+    EXPECT_FALSE(names.addNew(behind)) << "older is an alias now";
+    names.add(behind);
+    EXPECT_EQ(names.find("behind").tag, &older);
+}
+
+TEST_F(RegisterNamesTest, NamesBehindAnAliasFollowTheRegisterThatTakesItsName)
+{
+    // "older" waits for "newer" as an alias; a register takes that name first, and "newer" comes later.
+    ZUL_register_link waiting(nullptr, "older", "newer");
+    ZUL_register_link behind(nullptr, "behind", "older");
+    names.add(waiting);
+    names.add(behind);
+    EXPECT_EQ(names.find("behind").tag, nullptr);
+    EXPECT_TRUE(names.addNew(older));
+    EXPECT_EQ(names.find("behind").tag, &older);
+    EXPECT_TRUE(names.addNew(newer));
+    EXPECT_EQ(names.find("older").tag, &older);
+    EXPECT_EQ(names.find("behind").tag, &older);
 }
 
 TEST_F(RegisterNamesTest, ChainResolvesInEveryOrderOfItsLinks)
@@ -69,12 +118,33 @@ TEST_F(RegisterNamesTest, ChainResolvesInEveryOrderOfItsLinks)
     do {
         RegisterNames inOrder;
         for (std::size_t const i : order) {
-            i == links.size() ? inOrder.add(older) : inOrder.add(links[i]);
+            if (i == links.size()) {
+                ASSERT_TRUE(inOrder.addNew(older));
+            } else {
+                inOrder.add(links[i]);
+            }
         }
         for (char const* const name : {"older", "a", "b", "c", "d"}) {
             ASSERT_EQ(inOrder.find(name).tag, &older) << name;
         }
     } while (std::next_permutation(order.begin(), order.end()));
+}
+
+TEST_F(RegisterNamesTest, CircleStaysUnresolvedUntilARegisterTakesOneOfItsNames)
+{
+    ZUL_register_link toB(nullptr, "older", "b");
+    ZUL_register_link toItself(nullptr, "c", "c");
+    ZUL_register_link back(nullptr, "b", "older");
+    for (ZUL_register_link* const link : {&toB, &toItself, &back}) {
+        names.add(*link);
+    }
+    for (char const* const name : {"older", "b", "c"}) {
+        EXPECT_EQ(names.find(name).tag, nullptr) << name;
+    }
+    EXPECT_TRUE(names.addNew(older));
+    EXPECT_EQ(names.find("older").tag, &older);
+    EXPECT_EQ(names.find("b").tag, &older);
+    EXPECT_EQ(names.find("c").tag, nullptr);
 }
 
 TEST_F(RegisterNamesTest, AddNewRefusesAKnownNameAndChangesNothing)
