@@ -1,6 +1,7 @@
 #include "zul_class.h"
 
 #include "kova/templates/platform/file_replacement.h"
+#include "result_codes.h"
 #include "zul_private.h"
 #include "zullib.h"
 
@@ -9,9 +10,6 @@
 
 namespace {
 
-constexpr int invalidData = -EINVAL;
-constexpr int outOfMemory = -ENOMEM;
-constexpr int unexpectedException = -EFAULT;
 constexpr int noLibrary = -ENOENT;
 
 /// Writes tags back to back.

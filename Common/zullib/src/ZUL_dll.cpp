@@ -21,7 +21,7 @@
 
 namespace {
 
-constexpr std::uint64_t fixedPart = 96;
+constexpr std::uint64_t libraryOffset = 96;
 constexpr std::uint64_t nameWidth = 64;
 
 using Path = std::array<char, 1024>;
@@ -84,7 +84,7 @@ void ZUL_dll::layout(TagLayout& row)
     std::uint32_t system = m_system;
     std::uint32_t compressed = m_compressed ? 1 : 0;
     row.dependencies();
-    row.payload     (fixedPart,     "library",    m_library);
+    row.payload     (libraryOffset, "library",    m_library);
     row.zeros       ( 8, 8);
     row.u32         (16,            "system",     system);
     row.zeros       (20, 4);
@@ -98,7 +98,7 @@ void ZUL_dll::layout(TagLayout& row)
 
 void ZUL_dll::checkDependentFields()
 {
-    if (fixedPart + m_library.size() > UINT32_MAX) {
+    if (libraryOffset + m_library.size() > UINT32_MAX) {
         throw std::runtime_error("The size of a dll grew to big to save it!");
     }
 }

@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr std::uint64_t fixedPart = 88;
+constexpr std::uint64_t bitsOffset = 88;
 
 /// Adds @p tag to @p zul, which owns it from then on.
 template <class Tag>
@@ -64,7 +64,7 @@ void ZUL_multi_data::dropDestination()
 // clang-format off
 void ZUL_multi_data::layout(TagLayout& row)
 {
-    row.payload(fixedPart,   "bitstream",    m_bitstream);
+    row.payload(bitsOffset,  "bitstream",    m_bitstream);
     row.u32     ( 8,         "fpga type",    m_fpgaType);
     row.u32     (12,         "speed grade",  m_speedGrade);
     row.u32     (16,         "package",      m_package);
@@ -79,7 +79,7 @@ void ZUL_multi_data::layout(TagLayout& row)
 
 void ZUL_multi_data::checkDependentFields()
 {
-    if (fixedPart + m_bitstream.size() > UINT32_MAX) {
+    if (bitsOffset + m_bitstream.size() > UINT32_MAX) {
         throw std::runtime_error("The size of a multi_data grew to big to save it!");
     }
 }

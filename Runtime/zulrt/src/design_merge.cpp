@@ -8,13 +8,12 @@
 
 namespace {
 
-constexpr int failed = -1;
 constexpr int refused = -113; // not the negated errno: callers tell a refused merge from other failures by it
 
 int fail(int error)
 {
     errno = error;
-    return failed;
+    return -1;
 }
 
 /// Merges a container that @p load fills into @p design.

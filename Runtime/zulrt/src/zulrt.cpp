@@ -23,11 +23,11 @@ auto ask(Handle const* handle, std::nullptr_t, Question question, Arguments... a
     return handle == nullptr ? nullptr : std::invoke(question, *handle, arguments...);
 }
 
-/// What @p work returns; @p failed, with errno, when it throws: nothing may be thrown into C.
+/// What @p work returns; @p otherwise, with errno, when it throws: nothing may be thrown into C.
 template <class Result, class Work>
-Result guarded(Result failed, Work const& work) noexcept
+Result guarded(Result otherwise, Work const& work) noexcept
 {
-    Result result = failed;
+    Result result = otherwise;
     int const outcome = outcomeOf([&] {
         result = work();
         return 0;
