@@ -113,9 +113,9 @@ void showAnswers(Session& session, ApiOptions const& options)
 void addApiVerb(CLI::App& app, Session& session)
 {
     auto const options = std::make_shared<ApiOptions>();
-    CLI::App& verb = addFileVerb(
+    Verb const verb = addFileVerb(
         app, "api", "Show what every query of the C interface answers for a file, misses included",
         "zul api design.zul ZulGetModuleName ZulGetNrOfParam", *options);
-    verb.add_option("FUNCTION", options->functions, "Only these functions");
-    verb.callback([&session, options] { showAnswers(session, *options); });
+    verb.option("FUNCTION", options->functions, "Only these functions");
+    verb.does([&session, options] { showAnswers(session, *options); });
 }

@@ -222,9 +222,9 @@ void addCheckVerb(CLI::App& app, Session& session)
         bool asJson = false;
     };
     auto const options = std::make_shared<Options>();
-    CLI::App& verb =
+    Verb const verb =
         addVerb(app, "check", "Find what is wrong with design files, and say what a load does with them",
                 "zul check --json design.zul", options->asJson);
-    verb.add_option("FILE", options->paths, "Design containers, - for standard input")->required();
-    verb.callback([options, &session] { check(session, options->paths, options->asJson); });
+    verb.option("FILE", options->paths, "Design containers, - for standard input").required();
+    verb.does([options, &session] { check(session, options->paths, options->asJson); });
 }

@@ -240,5 +240,5 @@ void addDoctorVerb(CLI::App& app, Session& session)
             "Show the installation, its switches and the cache directories; answers 1 when something needs a "
             "look",
             "zul doctor", *asJson)
-        .callback([&session, asJson] { doctor(session, *asJson); });
+        .does([&session, asJson] { doctor(session, *asJson); });
 }

@@ -79,10 +79,10 @@ void dump(Session& session, DumpOptions const& options)
 void addDumpVerb(CLI::App& app, Session& session)
 {
     auto const options = std::make_shared<DumpOptions>();
-    CLI::App& verb = addFileVerb(app, "dump",
-                                 "Write everything as JSON, every field of every tag in file order; "
-                                 "payloads as length and SHA-256. --json is understood and changes nothing",
-                                 "zul dump --payload design.zul > design.json", *options);
-    verb.add_flag("--payload", options->payload, "Write payloads whole, in base64");
-    verb.callback([&session, options] { dump(session, *options); });
+    Verb const verb = addFileVerb(app, "dump",
+                                  "Write everything as JSON, every field of every tag in file order; "
+                                  "payloads as length and SHA-256. --json is understood and changes nothing",
+                                  "zul dump --payload design.zul > design.json", *options);
+    verb.flag("--payload", options->payload, "Write payloads whole, in base64");
+    verb.does([&session, options] { dump(session, *options); });
 }

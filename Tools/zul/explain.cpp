@@ -118,14 +118,14 @@ void explain(Session& session, Options const& options)
 void addExplainVerb(CLI::App& app, Session& session)
 {
     auto const options = std::make_shared<Options>();
-    CLI::App& verb =
+    Verb const verb =
         addVerb(app, "explain", "Explain what zul check finds", "zul explain Z0101", options->asJson);
-    CLI::Option* const ids = verb.add_option("ID", options->ids, "Ids of findings, like Z0101");
-    ids->excludes(verb.add_flag("--all", options->all, "All findings"));
-    verb.add_flag("--markdown", options->asMarkdown, "Write Markdown")->excludes(verb.get_option("--json"));
-    verb.callback([options, &session] {
+    Argument const ids = verb.option("ID", options->ids, "Ids of findings, like Z0101");
+    ids.excludes(verb.flag("--all", options->all, "All findings"));
+    verb.flag("--markdown", options->asMarkdown, "Write Markdown").excludes(verb.argument("--json"));
+    verb.does([options, &session] {
         if (!options->all && options->ids.empty()) {
-            throw CLI::RequiredError("ID or --all");
+            throwMissing("ID or --all");
         }
         explain(session, *options);
     });

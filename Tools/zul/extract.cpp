@@ -239,17 +239,16 @@ void extractAll(Session& session, ExtractOptions const& options)
 void addExtractVerb(CLI::App& app, Session& session)
 {
     auto const options = std::make_shared<ExtractOptions>();
-    CLI::App& verb =
+    Verb const verb =
         addFileVerb(app, "extract", "Write what a design carries to files of their own, with a manifest",
                     "zul extract design.zul libraries -O unpacked", *options);
-    verb.add_option("WHAT", options->what, "bitstreams, libraries, infos, all")
-        ->required()
-        ->check(CLI::IsMember({"bitstreams", "libraries", "infos", "all"}));
-    verb.add_option("-O,--directory", options->directory,
-                    "The directory to write to; made when it is missing")
-        ->required();
-    verb.add_flag("--force", options->force, "Overwrite files that exist");
-    verb.callback([&session, options] {
+    verb.option("WHAT", options->what, "bitstreams, libraries, infos, all")
+        .required()
+        .oneOf({"bitstreams", "libraries", "infos", "all"});
+    verb.option("-O,--directory", options->directory, "The directory to write to; made when it is missing")
+        .required();
+    verb.flag("--force", options->force, "Overwrite files that exist");
+    verb.does([&session, options] {
         try {
             extractAll(session, *options);
         } catch (fs::filesystem_error const& error) {

@@ -4,7 +4,6 @@
 #include "text_output.h"
 #include "verb.h"
 
-#include <CLI/CLI.hpp>
 #include <cstring>
 #include <map>
 #include <memory>
@@ -208,11 +207,10 @@ void addFormatVerb(CLI::App& app, Session& session)
         bool json = false;
     };
     auto const options = std::make_shared<Options>();
-    CLI::App* const verb = app.add_subcommand("format", "Print the layout of every tag kind, field by field");
-    verb->footer("Example: zul format");
-    CLI::Option* const markdown = verb->add_flag("--markdown", options->markdown, "Print docs/format.md");
-    verb->add_flag("--json", options->json, "Print JSON")->excludes(markdown);
-    verb->callback([&session, options] {
+    Verb const verb(app, "format", "Print the layout of every tag kind, field by field", "zul format");
+    Argument const markdown = verb.flag("--markdown", options->markdown, "Print docs/format.md");
+    verb.flag("--json", options->json, "Print JSON").excludes(markdown);
+    verb.does([&session, options] {
         if (options->markdown) {
             writeMarkdown(session);
         } else if (options->json) {

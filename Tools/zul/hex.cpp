@@ -213,10 +213,10 @@ void showBytes(Session& session, HexOptions const& options)
 void addHexVerb(CLI::App& app, Session& session)
 {
     auto const options = std::make_shared<HexOptions>();
-    CLI::App& verb = addFileVerb(
+    Verb const verb = addFileVerb(
         app, "hex", "Show the bytes of a file, or of one tag, and the field that each of them belongs to",
         "zul hex design.zul 12", *options);
-    verb.add_option("TAG", options->tag, "Index of a tag, or head");
-    verb.add_flag("--full", options->full, "Show long fields whole");
-    verb.callback([&session, options] { showBytes(session, *options); });
+    verb.option("TAG", options->tag, "Index of a tag, or head");
+    verb.flag("--full", options->full, "Show long fields whole");
+    verb.does([&session, options] { showBytes(session, *options); });
 }

@@ -185,8 +185,8 @@ void showAll(Session& session, InfoOptions const& options)
 void addInfoVerb(CLI::App& app, Session& session)
 {
     auto const options = std::make_shared<InfoOptions>();
-    CLI::App& verb = addVerb(app, "info", "Show what each design is: one screen a file",
-                             "zul info a.zul b.zul", options->json);
-    verb.add_option("FILE", options->files, "Design containers, - for standard input")->required();
-    verb.callback([&session, options] { showAll(session, *options); });
+    Verb const verb = addVerb(app, "info", "Show what each design is: one screen a file",
+                              "zul info a.zul b.zul", options->json);
+    verb.option("FILE", options->files, "Design containers, - for standard input").required();
+    verb.does([&session, options] { showAll(session, *options); });
 }

@@ -122,5 +122,5 @@ void addLsVerb(CLI::App& app, Session& session)
     auto const options = std::make_shared<FileOptions>();
     addFileVerb(app, "ls", "List every tag in file order: index, offset, length, id, kind, one-line summary",
                 "zul ls design.zul", *options)
-        .callback([&session, options] { list(session, *options); });
+        .does([&session, options] { list(session, *options); });
 }

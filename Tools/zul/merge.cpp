@@ -181,15 +181,14 @@ void merge(Session& session, MergeOptions options)
 void addMergeVerb(CLI::App& app, Session& session)
 {
     auto const options = std::make_shared<MergeOptions>();
-    CLI::App& verb = addVerb(app, "merge", "Merge design B into design A, whose numbers stay",
-                             "zul merge a.zul b.zul -o both.zul", options->json);
-    verb.add_option("A", options->a, "Design container, - for standard input")->required();
-    verb.add_option("B", options->b, "Design container whose tags are added, - for standard input")
-        ->required();
-    CLI::Option* const output = verb.add_option("-o,--output", options->output, "The file to write");
-    CLI::Option* const inPlace = verb.add_flag("--in-place", options->inPlace, "Overwrite A itself");
-    verb.add_flag("--dry-run", options->dryRun, "Report what would be done, and write nothing");
-    verb.add_flag("--force", options->force, "Overwrite the file to write when it exists");
-    output->excludes(inPlace);
-    verb.callback([&session, options] { merge(session, *options); });
+    Verb const verb = addVerb(app, "merge", "Merge design B into design A, whose numbers stay",
+                              "zul merge a.zul b.zul -o both.zul", options->json);
+    verb.option("A", options->a, "Design container, - for standard input").required();
+    verb.option("B", options->b, "Design container whose tags are added, - for standard input").required();
+    Argument const output = verb.option("-o,--output", options->output, "The file to write");
+    Argument const inPlace = verb.flag("--in-place", options->inPlace, "Overwrite A itself");
+    verb.flag("--dry-run", options->dryRun, "Report what would be done, and write nothing");
+    verb.flag("--force", options->force, "Overwrite the file to write when it exists");
+    output.excludes(inPlace);
+    verb.does([&session, options] { merge(session, *options); });
 }

@@ -108,5 +108,5 @@ void addRegsVerb(CLI::App& app, Session& session)
     addFileVerb(app, "regs",
                 "Show the register map: name, address, bits (msb:lsb), access, value, layout, aliases",
                 "zul regs design.zul", *options)
-        .callback([&session, options] { showRegisters(session, *options); });
+        .does([&session, options] { showRegisters(session, *options); });
 }

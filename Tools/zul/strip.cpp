@@ -103,14 +103,14 @@ void strip(Session& session, StripOptions options)
 void addStripVerb(CLI::App& app, Session& session)
 {
     auto const options = std::make_shared<StripOptions>();
-    CLI::App& verb = addFileVerb(
+    Verb const verb = addFileVerb(
         app, "strip", "Write a copy without bitstreams, destinations, libraries and version numbers",
         "zul strip design.zul -o small.zul", *options);
-    CLI::Option* const output = verb.add_option("-o,--output", options->output, "The file to write");
-    verb.add_flag("--force", options->force, "Overwrite it when it exists");
-    CLI::Option* const inPlace = verb.add_flag("--in-place", options->inPlace, "Overwrite FILE itself");
-    output->excludes(inPlace);
-    verb.callback([&session, options] {
+    Argument const output = verb.option("-o,--output", options->output, "The file to write");
+    verb.flag("--force", options->force, "Overwrite it when it exists");
+    Argument const inPlace = verb.flag("--in-place", options->inPlace, "Overwrite FILE itself");
+    output.excludes(inPlace);
+    verb.does([&session, options] {
         if (options->output.empty() && !options->inPlace) {
             throw Failure(ExitCode::Usage, "strip: one of --output and --in-place is needed");
         }

@@ -224,5 +224,5 @@ void addTreeVerb(CLI::App& app, Session& session)
     addFileVerb(app, "tree",
                 "Show processes, their modules, and the modules' parameters with values, links and channels",
                 "zul tree design.zul", *options)
-        .callback([&session, options] { showTree(session, *options); });
+        .does([&session, options] { showTree(session, *options); });
 }

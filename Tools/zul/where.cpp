@@ -137,11 +137,11 @@ void where(Session& session, WhereOptions const& options)
 void addWhereVerb(CLI::App& app, Session& session)
 {
     auto const options = std::make_shared<WhereOptions>();
-    CLI::App& verb =
+    Verb const verb =
         addVerb(app, "where", "Show where a load looks for a design, in order, without loading it",
                 "zul where design.zul --board 2624", options->json);
-    verb.add_option("NAME", options->name, "File name of a design; with a slash, its path")->required();
-    verb.add_option("--board", options->board, "Board type that the design is to run on, decimal or 0x")
-        ->required();
-    verb.callback([&session, options] { where(session, *options); });
+    verb.option("NAME", options->name, "File name of a design; with a slash, its path").required();
+    verb.option("--board", options->board, "Board type that the design is to run on, decimal or 0x")
+        .required();
+    verb.does([&session, options] { where(session, *options); });
 }
