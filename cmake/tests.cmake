@@ -1,7 +1,7 @@
 # One test program a layer; the sources mirror the source tree.
 
 # What is tested is optimised; the tests themselves are not, which builds them in half the time.
-set(ZUL_TEST_OPTIONS -O0 -U_FORTIFY_SOURCE)
+set(ZUL_TEST_OPTIONS -O0 -U_FORTIFY_SOURCE ${ZUL_NOT_FUZZED})
 
 # What tests share. It also carries the precompiled header of all test programs.
 zul_sources(support_sources tests/support)
@@ -37,11 +37,11 @@ function(zul_test_program name directory)
     target_compile_options(${name} PRIVATE ${ZUL_TEST_OPTIONS})
     target_precompile_headers(${name} REUSE_FROM test_support)
     if(ZUL_SANITIZED)
-        # Two processes for all of them: a sanitizer takes longer to start than most tests to run.
-        foreach(shard 0 1)
+        # Four processes for all of them: a sanitizer takes longer to start than most tests to run.
+        foreach(shard 0 1 2 3)
             add_test(NAME ${name}_${shard} COMMAND ${name} --gtest_brief=1)
             set_tests_properties(${name}_${shard} PROPERTIES TIMEOUT 900
-                ENVIRONMENT "GTEST_TOTAL_SHARDS=2;GTEST_SHARD_INDEX=${shard}")
+                ENVIRONMENT "GTEST_TOTAL_SHARDS=4;GTEST_SHARD_INDEX=${shard}")
         endforeach()
     else()
         gtest_discover_tests(${name} DISCOVERY_TIMEOUT 120 PROPERTIES TIMEOUT 300)

@@ -231,7 +231,7 @@ TEST_F(Check, EveryTruncationIsNamed)
 {
     Bytes const whole = sample::everyKind();
     std::string const path = file(whole);
-    for (std::size_t size = 0; size < whole.size(); ++size) {
+    for (std::size_t size = 0; size < whole.size(); size += isSanitized ? 3 : 1) {
         SCOPED_TRACE("cut to " + std::to_string(size) + " bytes");
         expectHonest(Bytes(whole).cut(size), path);
     }
@@ -242,7 +242,7 @@ TEST_F(Check, EveryByteAtItsLimitsIsNamed)
     constexpr auto limits = std::to_array<unsigned>({0x00, 0x01, 0x7F, 0x80, 0xFF});
     Bytes const whole = sample::everyKind();
     std::string const path = file(whole);
-    for (std::size_t i = 0; i < whole.size(); ++i) {
+    for (std::size_t i = 0; i < whole.size(); i += isSanitized ? 3 : 1) {
         for (unsigned const value : oneInTurn(limits, i)) {
             SCOPED_TRACE("byte " + std::to_string(i) + " set to " + std::to_string(value));
             expectHonest(Bytes(whole).setU8(i, value), path);
