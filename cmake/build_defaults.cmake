@@ -16,6 +16,7 @@ string(REPLACE "-O3" "-O2" CMAKE_CXX_FLAGS_RELEASE "${CMAKE_CXX_FLAGS_RELEASE}")
 # A sanitizer brings functions along that only the program has, and for those of C++ has to be linked as C++.
 if(CMAKE_CXX_FLAGS MATCHES "-fsanitize")
     set(ZUL_SANITIZED ON)
+    set(ZUL_NOT_SANITIZED -fno-sanitize=all)
 endif()
 function(zul_c_program name)
     if(ZUL_SANITIZED)
@@ -31,9 +32,10 @@ set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/lib)
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 
 # zul_as_one_source(TARGET): compiles a library as one source when it is to be fast. What a load does for each tag is spread
-# over many sources, and only so inlined where it is used. It also takes a fraction of the time.
+# over many sources, and only so inlined where it is used. It also takes a fraction of the time, so it is done for the
+# sanitizers too.
 function(zul_as_one_source target)
-    if(CMAKE_BUILD_TYPE STREQUAL "Release")
+    if(CMAKE_BUILD_TYPE STREQUAL "Release" OR ZUL_SANITIZED)
         set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 0)
         target_compile_options(${target} PRIVATE -fno-semantic-interposition)
     endif()

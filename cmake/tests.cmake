@@ -73,11 +73,16 @@ if(TARGET zulrt_static)
     endif()
 endif()
 # A program whose calls for memory and about files can be made to fail, and a library that does so to other programs when
-# it is preloaded. Not under a sanitizer, whose own functions come before preloaded ones.
-if(TARGET zul_program AND NOT ZUL_SANITIZED)
+# it is preloaded. That is not for sanitized programs: their own functions come before preloaded ones.
+if(TARGET zul_program)
     zul_sources(fault_sources tests/support/faults)
+    # Called before a sanitizer is ready.
+    set_source_files_properties(${fault_sources} PROPERTIES COMPILE_OPTIONS "${ZUL_NOT_SANITIZED}"
+        SKIP_PRECOMPILE_HEADERS ON)
     zul_test_program(fault_tests faults zul_program ${CMAKE_DL_LIBS})
-    zul_test_program(program_fault_tests program_faults zulrt_static)
+    if(NOT ZUL_SANITIZED)
+        zul_test_program(program_fault_tests program_faults zulrt_static)
+    endif()
 endif()
 if(TARGET fault_tests)
     target_sources(fault_tests PRIVATE ${fault_sources})

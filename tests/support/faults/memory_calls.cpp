@@ -20,6 +20,7 @@ void __libc_free(void* memory);                                 // NOLINT(bugpro
 [[gnu::weak]] void* __interceptor_realloc(void* memory, std::size_t size);
 [[gnu::weak]] void* __interceptor_aligned_alloc(std::size_t alignment, std::size_t size);
 [[gnu::weak]] void __interceptor_free(void* memory);
+[[gnu::weak]] int __sanitizer_get_ownership(void const volatile* memory);
 }
 
 namespace {
@@ -40,11 +41,18 @@ bool isRefused(char const* function, std::size_t size)
     return true;
 }
 
+/// Whether its size may be asked for: a sanitizer takes what it needs itself, before it is ready, from elsewhere.
+bool isBlock(void* memory)
+{
+    return memory != nullptr &&
+           (__sanitizer_get_ownership == nullptr || __sanitizer_get_ownership(memory) != 0);
+}
+
 InUse blockOf(void* memory)
 {
-    return memory == nullptr
-               ? InUse()
-               : InUse{.blocks = 1, .bytes = static_cast<std::ptrdiff_t>(malloc_usable_size(memory))};
+    return isBlock(memory)
+               ? InUse{.blocks = 1, .bytes = static_cast<std::ptrdiff_t>(malloc_usable_size(memory))}
+               : InUse();
 }
 
 InUse without(InUse const& difference)
