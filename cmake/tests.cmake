@@ -50,15 +50,20 @@ endfunction()
 
 zul_test_program(platform_tests templates)
 zul_test_program(zullib_tests Common/zullib)
-# Programs of their own: their operator new can be made to fail.
-function(zul_allocation_test_program name directory)
+# What makes calls for memory and about files fail is called before a sanitizer is ready.
+zul_sources(fault_sources tests/support/faults)
+set_source_files_properties(${fault_sources} PROPERTIES COMPILE_OPTIONS "${ZUL_NOT_SANITIZED}" SKIP_PRECOMPILE_HEADERS ON)
+
+# Programs of their own, in which those calls can be made to fail.
+function(zul_fault_test_program name directory)
     zul_test_program(${name} ${directory} ${ARGN} ${CMAKE_DL_LIBS})
     if(TARGET ${name})
-        target_sources(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests/support/failing_allocations/operator_new.cpp)
+        target_sources(${name} PRIVATE ${fault_sources})
+        target_include_directories(${name} PRIVATE tests/support/faults)
     endif()
 endfunction()
 
-zul_allocation_test_program(allocation_tests Common/zullib_allocations)
+zul_fault_test_program(allocation_tests Common/zullib_allocations)
 if(TARGET zulrt_static)
     zul_test_program(zulrt_tests Runtime/zulrt zulrt_static)
     if(TARGET zulrt_tests)
@@ -67,26 +72,18 @@ if(TARGET zulrt_static)
         target_link_libraries(zulrt_tests PRIVATE ${CMAKE_DL_LIBS})
         add_dependencies(zulrt_tests zulrt)
     endif()
-    zul_allocation_test_program(runtime_allocation_tests Runtime/zulrt_allocations zulrt_static)
+    zul_fault_test_program(runtime_allocation_tests Runtime/zulrt_allocations zulrt_static)
     if(TARGET runtime_allocation_tests)
         target_include_directories(runtime_allocation_tests PRIVATE ${PROJECT_SOURCE_DIR}/Runtime/zulrt/src)
     endif()
 endif()
-# A program whose calls for memory and about files can be made to fail, and a library that does so to other programs when
-# it is preloaded. That is not for sanitized programs: their own functions come before preloaded ones.
+# A library that makes calls of other programs fail when it is preloaded. That is not for sanitized programs: their own
+# functions come before preloaded ones.
 if(TARGET zul_program)
-    zul_sources(fault_sources tests/support/faults)
-    # Called before a sanitizer is ready.
-    set_source_files_properties(${fault_sources} PROPERTIES COMPILE_OPTIONS "${ZUL_NOT_SANITIZED}"
-        SKIP_PRECOMPILE_HEADERS ON)
-    zul_test_program(fault_tests faults zul_program ${CMAKE_DL_LIBS})
+    zul_fault_test_program(fault_tests faults zul_program)
     if(NOT ZUL_SANITIZED)
         zul_test_program(program_fault_tests program_faults zulrt_static)
     endif()
-endif()
-if(TARGET fault_tests)
-    target_sources(fault_tests PRIVATE ${fault_sources})
-    target_include_directories(fault_tests PRIVATE tests/support/faults)
 endif()
 if(TARGET program_fault_tests)
     zul_sources(preloaded_sources tests/support/faults tests/support/preloaded_faults)

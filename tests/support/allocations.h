@@ -1,25 +1,29 @@
 #pragma once
 
+#include "fault.h"
+
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <cstddef>
 #include <new>
 
-/// While one lives, allocations with operator new in this thread are counted, and one of them fails.
-///
-/// For test programs whose operator new asks this class, as that in failing_allocations does.
+/// While one lives, what this thread takes of memory is counted, and one of its calls fails.
 class WatchedAllocations {
 public:
-    /// @param failing the allocation that throws std::bad_alloc, counted from 1; 0 for none
-    explicit WatchedAllocations(std::size_t failing = 0) noexcept;
-    ~WatchedAllocations();
-    WatchedAllocations(WatchedAllocations const&) = delete;
-    WatchedAllocations& operator=(WatchedAllocations const&) = delete;
+    /// @param failing the call that fails, counted from 1; 0 for none
+    explicit WatchedAllocations(std::size_t failing = 0) noexcept
+        : m_fault({.first = failing, .error = ENOMEM})
+    {
+    }
 
-    /// Whether the failing allocation was asked for.
-    bool hasFailed() const noexcept;
+    /// Whether the failing call was made.
+    bool hasFailed() const noexcept { return m_fault.failed() != nullptr; }
     /// Sum of all sizes asked for, whether or not they were given back.
-    std::size_t bytes() const noexcept;
+    std::size_t bytes() const noexcept { return m_fault.bytes(); }
+
+private:
+    InjectedFault m_fault;
 };
 
 /// Runs @p action with its first, second, ... allocation failing, until there are no more of them, and @p check after
