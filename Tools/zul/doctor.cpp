@@ -2,6 +2,7 @@
 #include "cache_trust.h"
 #include "json_output.h"
 #include "library_directories.h"
+#include "open_directory.h"
 #include "rt_tweak_properties.h"
 #include "text_output.h"
 #include "verb.h"
@@ -11,6 +12,8 @@
 #include <cstring>
 #include <filesystem>
 #include <ostream>
+#include <string_view>
+#include <system_error>
 #include <vector>
 
 namespace {
@@ -103,6 +106,19 @@ std::vector<Property> resolvedProperties(std::string const& file)
     return resolved;
 }
 
+/// Null at the end, with @p error set when that is not the directory's.
+dirent const* nextEntry(OpenDirectory const& directory, std::error_code& error)
+{
+    if (directory != nullptr) {
+        errno = 0;
+        if (dirent const* const entry = readdir(directory.get())) {
+            return entry;
+        }
+    }
+    error.assign(errno, std::generic_category());
+    return nullptr;
+}
+
 /// Adds the cache directories of all designs, by name.
 void listCaches(Report& report)
 {
@@ -110,11 +126,11 @@ void listCaches(Report& report)
     std::filesystem::path const common(ofNoDesign.get());
     std::string const beginning = common.filename();
     report.cacheDirectory = common.parent_path();
-    std::filesystem::directory_iterator entry(report.cacheDirectory, report.cacheError);
-    for (; !report.cacheError && entry != std::filesystem::directory_iterator();
-         entry.increment(report.cacheError)) {
-        if (entry->path().filename().native().starts_with(beginning)) {
-            std::string const path = entry->path();
+    // The iterators of std::filesystem end the process when memory runs out.
+    OpenDirectory const directory(opendir(report.cacheDirectory.c_str()));
+    while (dirent const* const entry = nextEntry(directory, report.cacheError)) {
+        if (std::string_view(entry->d_name).starts_with(beginning)) {
+            std::string const path = report.cacheDirectory + '/' + entry->d_name;
             report.caches.push_back({path, trustOfCacheDirectory(path.c_str())});
         }
     }

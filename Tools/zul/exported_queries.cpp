@@ -99,29 +99,43 @@ Json userInfoJson(void const* data, int type)
                        : Json(*static_cast<std::uint32_t const*>(data));
 }
 
+/// Lists are made as such: a null value that becomes one when memory runs out cannot be destroyed.
+Json dmaTagsJson(rz3_design_settings const& block)
+{
+    Json list = Json::array();
+    for (rz3_dma_tag_register const& dma : block.dma_tag) {
+        list.push_back({{"address", dma.address},
+                        {"mask", dma.mask},
+                        {"right_shift", dma.right_shift},
+                        {"channel", dma.channel}});
+    }
+    return list;
+}
+
+Json queuesJson(rz3_design_settings const& block)
+{
+    Json list = Json::array();
+    for (rz3_user_interrupt_queue const& queue : block.queue) {
+        list.push_back({{"address", queue.address},
+                        {"right_shift", queue.right_shift},
+                        {"number", queue.number},
+                        {"depth", queue.depth},
+                        {"direction", queue.direction},
+                        {"max_burst_length", queue.max_burst_length}});
+    }
+    return list;
+}
+
 Json settingsJson(rz3_design_settings const& block)
 {
-    Json json{{"format", block.format},
-              {"interrupt_vector_base", block.interrupt_vector_base},
-              {"interrupt_acknowledge", block.interrupt_acknowledge},
-              {"interrupt_start", block.interrupt_start},
-              {"dma_count_address", block.dma_count_address}};
-    for (rz3_dma_tag_register const& dma : block.dma_tag) {
-        json["dma_tag"].push_back({{"address", dma.address},
-                                   {"mask", dma.mask},
-                                   {"right_shift", dma.right_shift},
-                                   {"channel", dma.channel}});
-    }
-    json["local_interrupt"] = block.local_interrupt;
-    for (rz3_user_interrupt_queue const& queue : block.queue) {
-        json["queue"].push_back({{"address", queue.address},
-                                 {"right_shift", queue.right_shift},
-                                 {"number", queue.number},
-                                 {"depth", queue.depth},
-                                 {"direction", queue.direction},
-                                 {"max_burst_length", queue.max_burst_length}});
-    }
-    return json;
+    return {{"format", block.format},
+            {"interrupt_vector_base", block.interrupt_vector_base},
+            {"interrupt_acknowledge", block.interrupt_acknowledge},
+            {"interrupt_start", block.interrupt_start},
+            {"dma_count_address", block.dma_count_address},
+            {"dma_tag", dmaTagsJson(block)},
+            {"local_interrupt", block.local_interrupt},
+            {"queue", queuesJson(block)}};
 }
 
 Json userInfoByName(Design design, Arguments arguments)

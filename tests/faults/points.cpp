@@ -33,13 +33,14 @@ std::vector<Fault> waysToFail(FaultKind kind)
     return ways;
 }
 
-std::vector<std::size_t> pointsToTry(std::size_t calls)
+std::vector<std::size_t> pointsToTry(std::size_t calls, bool all)
 {
-    constexpr std::size_t all = isSanitized ? 5 : 20;
+    bool const isEvery = everyPointIsTried() || (all && !isSanitized);
+    constexpr std::size_t first = isSanitized ? 5 : 20;
     constexpr std::size_t some = isSanitized ? 10 : 40;
     std::size_t const step = std::max<std::size_t>(1, calls / some);
     std::vector<std::size_t> points;
-    for (std::size_t call = 1; call <= calls; call += everyPointIsTried() || call < all ? 1 : step) {
+    for (std::size_t call = 1; call <= calls; call += isEvery || call < first ? 1 : step) {
         points.push_back(call);
     }
     return points;

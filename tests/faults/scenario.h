@@ -36,6 +36,8 @@ struct Scenario {
     bool endsProcess = false;
     /// Whether it has to work at once when it is tried again after a failure.
     bool canBeRepeated = true;
+    /// Whether every call fails in the ordinary tests too.
+    bool isThorough = false;
 };
 
 /// For names of tests: letters and digits for what others there are.

@@ -139,7 +139,7 @@ private:
 
     void tryCallsAfter(std::size_t last, Fault way)
     {
-        for (std::size_t const call : pointsToTry(m_calls)) {
+        for (std::size_t const call : pointsToTry(m_calls, m_scenario.isThorough)) {
             if (call > last && !testing::Test::HasFailure()) {
                 m_progress->call = way.first = call;
                 tryOne(way);

@@ -3,6 +3,7 @@
 #include "designs.h"
 #include "files.h"
 #include "library_designs.h"
+#include "points.h"
 #include "session.h"
 
 #include <gtest/gtest.h>
@@ -94,9 +95,10 @@ Scenario verb(std::string name, std::vector<char const*> arguments)
 }
 
 /// With a cache directory that a load would use.
-Scenario doctor()
+Scenario doctor(std::vector<char const*> arguments)
 {
-    Scenario scenario = verb("doctor", {"doctor"});
+    std::string const name = arguments.size() == 1 ? "doctor" : "doctor --json";
+    Scenario scenario = verb(name, std::move(arguments));
     scenario.prepare = [] {
         fs::create_directory("/tmp/installation");
         writeFile("/tmp/installation/tweak.conf", Bytes().chars("HAL::Logging=1\n"));
@@ -104,7 +106,28 @@ Scenario doctor()
         chmod("/tmp/zulcache_3F2A", 0755);
     };
     scenario.verify = [](int) {}; // what cannot be looked at is told, and the rest shown
+    scenario.isThorough = true;   // a few allocations are in calls of the C++ library that must not fail
     return scenario;
+}
+
+/// JSON with lists in it, which are easily made in a way that cannot be undone.
+Scenario settings()
+{
+    Scenario scenario = verb("api, settings", {"api", "/tmp/a.zul", "ZulGetUserInfoByName"});
+    scenario.isThorough = true;
+    return scenario;
+}
+
+/// Everything else that is shown as JSON.
+void addReports(std::vector<Scenario>& scenarios)
+{
+    for (char const* const name : {"info", "tree", "regs", "api"}) {
+        scenarios.push_back(verb(std::string(name) + " --json", {name, "/tmp/a.zul", "--json"}));
+    }
+    scenarios.push_back(verb("hex --json", {"hex", "/tmp/a.zul", "4", "--json"}));
+    scenarios.push_back(verb("format --json", {"format", "--json"}));
+    scenarios.push_back(verb("explain --all --json", {"explain", "--all", "--json"}));
+    scenarios.push_back(doctor({"doctor", "--json"}));
 }
 
 } // namespace
@@ -129,12 +152,16 @@ std::vector<Scenario> verbScenarios()
         verb("api", {"api", "/tmp/a.zul"}),
         verb("check", {"check", "/tmp/a.zul"}),
         verb("check --json", {"check", "/tmp/a.zul", "--json"}),
-        doctor(),
+        settings(),
+        doctor({"doctor"}),
         verb("where", {"where", "/tmp/a.zul", "--board", "2624"}),
     };
     for (std::size_t const i : {0U, 2U, 3U, 4U, 5U}) {
         scenarios[i].canBeRepeated = false; // what was written before the failure is refused
     }
     scenarios.back().otherResults.insert(notFound); // whyever
+    if (everyPointIsTried()) {
+        addReports(scenarios);
+    }
     return scenarios;
 }
