@@ -1,5 +1,6 @@
 """Builds a mutant and runs tests on it."""
 
+import functools
 import json
 import os
 import re
@@ -10,6 +11,9 @@ from pathlib import Path
 PRODUCT = ("Common", "Runtime", "templates")
 LIBRARIES = ("zullib", "zulrt_static")
 LIBRARY = "libmutated.so"
+MIRROR = "mirror"  # a test program of nothing but the tests that mirror a header
+# The C library's own checks of the heap: a byte behind a block that is written to ends the program when the block is freed.
+CHECKED_HEAP = {"LD_PRELOAD": "libc_malloc_debug.so.0", "GLIBC_TUNABLES": "glibc.malloc.check=3", "MALLOC_PERTURB_": "85"}
 # Tests that need more memory than a mutant may have, and some that take as long as all others together.
 LEFT_OUT = ("*HasToFitTheLengthField", "HostileContainer.*", "*.OfHalfAMillion*", "TagSort.NeedsFar*")
 SECONDS = 30  # of processor time; the longest test program needs less than half of it
@@ -41,11 +45,9 @@ class Build:
     def __init__(self, root, directory):
         self.root, self.directory = root, directory
         commands = json.loads((directory / "compile_commands.json").read_text())
-        self.compile = {}  # object -> command
-        for entry in commands:
-            output = re.search(r" -o (\S+) ", entry["command"]).group(1)
-            if output.startswith(tuple(f"CMakeFiles/{library}.dir/" for library in LIBRARIES)):
-                self.compile[output] = entry["command"]
+        self.all = {re.search(r" -o (\S+) ", entry["command"]).group(1): entry["command"] for entry in commands}
+        places = tuple(f"CMakeFiles/{library}.dir/" for library in LIBRARIES)
+        self.compile = {output: command for output, command in self.all.items() if output.startswith(places)}
         self.users = self._users_of_headers()
 
     def _users_of_headers(self):
@@ -61,17 +63,22 @@ class Build:
                     users.setdefault(path, set()).add(output)
         return users
 
-    def link_programs(self, programs, worker):
-        """Links test programs with a worker's library instead of the static ones."""
-        directory = worker.directory / "bin"
-        for program in programs:
-            commands = ninja(self.directory, "commands", f"bin/{program}").splitlines()
-            command = next(line for line in commands if f" -o bin/{program} " in line)
-            command = re.search(r"(?:: && )?(.*?-o bin/.*?)(?: && .*)?$", command).group(1)
-            command = command.replace(f"-o bin/{program} ", f"-o {directory / program} ")
-            command = command.replace("lib/libzulrt_static.a", "")
-            command = command.replace("lib/libzullib.a", str(worker.library))
-            subprocess.run(command, shell=True, cwd=self.directory, check=True)
+    @functools.cache
+    def link_command(self, program):
+        commands = ninja(self.directory, "commands", f"bin/{program}").splitlines()
+        command = next(line for line in commands if f" -o bin/{program} " in line)
+        return re.search(r"(?:: && )?(.*?-o bin/.*?)(?: && .*)?$", command).group(1)
+
+    def link(self, program, worker, to, tests=None):
+        """Links a test program with a worker's library instead of the static ones; of its tests, if so many are given,
+        with these objects instead of all others."""
+        command = self.link_command(program)
+        if tests is not None:
+            command = re.sub(r" \S+_test\.cpp\.o", "", command).replace(" -o ", f" {' '.join(map(str, tests))} -o ")
+        command = command.replace(f"-o bin/{program} ", f"-o {worker.directory / 'bin' / to} ")
+        command = command.replace("lib/libzulrt_static.a", "")
+        command = command.replace("lib/libzullib.a", str(worker.library))
+        subprocess.run(command, shell=True, cwd=self.directory, check=True)
 
 
 class Worker:
@@ -97,16 +104,9 @@ class Worker:
         """Makes the library with a mutant. @return whether it compiles"""
         replaced = {}
         if mutant is not None:
-            source = self.tree / mutant.path
-            text = source.read_text()
-            source.write_text(mutant.apply(text))
-            try:
-                for number, output in enumerate(sorted(self.build.users[mutant.path])):
-                    replaced[output] = self.directory / f"{number}.o"
-                    if not self._compiled(output, replaced[output]):
-                        return False
-            finally:
-                source.write_text(text)
+            replaced = self._compiled_with(mutant, sorted(self.build.users[mutant.path]))
+            if replaced is None:
+                return False
         objects = [str(replaced.get(output, output)) for output in self.build.compile]
         linker = ["-fuse-ld=lld"] if shutil.which("ld.lld") else []
         command = ["c++", *linker, "-shared", "-Wl,-Bsymbolic-functions", f"-Wl,-soname,{LIBRARY}",
@@ -114,8 +114,33 @@ class Worker:
         subprocess.run(command, cwd=self.build.directory, check=True)
         return True
 
+    def make_mirror(self, mutant, program, tests):
+        """Makes a program of some tests of another one, which see a mutated header themselves. @return whether they compile"""
+        objects = [f"CMakeFiles/{program}.dir/{test.relative_to(self.build.root)}.o" for test in tests]
+        replaced = self._compiled_with(mutant, objects)
+        if replaced is None:
+            return False
+        self.build.link(program, self, MIRROR, replaced.values())
+        return True
+
+    def _compiled_with(self, mutant, outputs):
+        """Where the objects are that some sources give with a mutant, in the place of those without; None when one does
+        not compile."""
+        source = self.tree / mutant.path
+        text = source.read_text()
+        source.write_text(mutant.apply(text))
+        try:
+            replaced = {}
+            for number, output in enumerate(outputs):
+                replaced[output] = self.directory / f"{number}.o"
+                if not self._compiled(output, replaced[output]):
+                    return None
+            return replaced
+        finally:
+            source.write_text(text)
+
     def _compiled(self, output, to):
-        command = self.build.compile[output]
+        command = self.build.all[output]
         for part in PRODUCT:
             command = command.replace(f"{self.build.root}/{part}", f"{self.tree}/{part}")
         command = re.sub(r" -o \S+ ", f" -w -o {to} ", command)
@@ -128,7 +153,7 @@ class Worker:
                 f"--gtest_filter={tests}-{':'.join(LEFT_OUT)}"]
         cage = ["unshare", "--mount", "--pid", "--fork", "--kill-child", "--mount-proc", "bash", "-c",
                 CAGE.format(seconds=SECONDS), "cage", str(self.build.root), *test]
-        environment = dict(os.environ, LD_LIBRARY_PATH=str(self.library.parent))
+        environment = dict(os.environ, **CHECKED_HEAP, LD_LIBRARY_PATH=str(self.library.parent))
         try:
             result = run(cage, env=environment, timeout=10 * SECONDS)
         except subprocess.TimeoutExpired:

@@ -98,6 +98,15 @@ TEST_F(FailingReplacement, InPlaceLeavesTheOldContentsUnlessTheyAreBeingWritten)
     EXPECT_EQ(readFile(old), Bytes().chars("new"));
 }
 
+TEST_F(FailingReplacement, InPlaceWritesThatDoNothingAreNotTriedForEver)
+{
+    giveASecondName();
+    for (std::string const text : {"new", "contents that are longer than the old ones"}) {
+        EXPECT_EQ(replace(SYS_write, 0, text), -EIO);
+        expectOld();
+    }
+}
+
 TEST_F(FailingReplacement, InPlaceTellsWhenNotEvenItsLengthCanBeRestored)
 {
     giveASecondName();

@@ -1,5 +1,6 @@
 #include "kova/templates/platform/file_replacement.h"
 
+#include "child_process.h"
 #include "files.h"
 #include "listing.h"
 
@@ -306,25 +307,48 @@ TEST_F(FileReplacement, DeviceIsWrittenTo)
     EXPECT_EQ(replaceFile("/dev/full", contentsOf("contents")), -ENOSPC);
 }
 
-TEST_F(FileReplacement, NamesOfTemporaryFilesThatAreTakenAreLeftAlone)
+class TakenTemporaryName : public FileReplacement {
+protected:
+    /// Makes a symbolic link where the next temporary file would be. The number in the name counts up.
+    std::string takeNextName() const
+    {
+        std::string last;
+        FileContents contents = contentsOf("contents");
+        contents.fill = [&](std::byte*) {
+            for (std::string const& name : entriesOf(directory.path())) {
+                last = name != "old" ? name : last;
+            }
+            return false;
+        };
+        EXPECT_EQ(replaceFile(old.c_str(), contents), 0);
+        std::size_t const number = last.rfind('-') + 1;
+        std::string const next =
+            directory / (last.substr(0, number) + std::to_string(std::stoul(last.substr(number)) + 1));
+        fs::create_symlink(old, next);
+        return next;
+    }
+};
+
+TEST_F(TakenTemporaryName, IsLeftAloneWhoeverTookIt)
 {
-    // The number in the name counts up: what an earlier file took is not opened, whoever made it.
-    std::string taken;
-    FileContents contents = contentsOf("contents");
-    contents.fill = [&](std::byte*) {
-        for (std::string const& name : entriesOf(directory.path())) {
-            taken = name != "old" ? name : taken;
-        }
-        return false;
-    };
-    ASSERT_EQ(replaceFile(old.c_str(), contents), 0);
-    std::size_t const dash = taken.rfind('-');
-    unsigned long const number = std::stoul(taken.substr(dash + 1));
-    std::string const next = directory / (taken.substr(0, dash + 1) + std::to_string(number + 1));
-    fs::create_symlink(old, next);
+    std::string const taken = takeNextName();
     EXPECT_EQ(replaceFile((directory / "new").c_str(), contentsOf("contents")), 0);
-    EXPECT_TRUE(fs::is_symlink(next));
+    EXPECT_TRUE(fs::is_symlink(taken));
     EXPECT_EQ(readFile(old), Bytes().chars("old contents"));
+    EXPECT_EQ(readFile(directory / "new"), Bytes().chars("contents"));
+}
+
+TEST_F(TakenTemporaryName, OneFileIsMadeInsteadAlsoWithoutStandardInput)
+{
+    EXPECT_EQ(inChildProcess([this] {
+                  std::string const taken = takeNextName();
+                  close(STDIN_FILENO);
+                  int const result = replaceFile((directory / "new").c_str(), contentsOf("contents"));
+                  fs::remove(taken);
+                  return result;
+              }),
+              0);
+    EXPECT_EQ(entriesOf(directory.path()), (Names{"new", "old"}));
     EXPECT_EQ(readFile(directory / "new"), Bytes().chars("contents"));
 }
 

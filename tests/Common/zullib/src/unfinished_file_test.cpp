@@ -58,6 +58,24 @@ TEST(UnfinishedFile, IsRemovedOtherwise)
     EXPECT_FALSE(exists(path));
 }
 
+TEST(UnfinishedFile, IsOneLikeAnyOtherWithoutStandardInput)
+{
+    TemporaryDirectory const directory;
+    std::string const removed = directory / "removed";
+    std::string const kept = directory / "kept";
+    EXPECT_EQ(inChildProcess([&] {
+                  close(STDIN_FILENO);
+                  {
+                      UnfinishedFile const file(removed.c_str());
+                  }
+                  UnfinishedFile other(kept.c_str());
+                  return other ? other.finish() : 1;
+              }),
+              0);
+    EXPECT_FALSE(exists(removed));
+    EXPECT_TRUE(exists(kept));
+}
+
 TEST(UnfinishedFile, EmptiesAFileThatIsThere)
 {
     TemporaryDirectory const directory;

@@ -165,10 +165,13 @@ int writeAll(int fd, std::vector<std::byte> const& image, std::size_t& written)
     written = 0;
     while (written < image.size()) {
         ssize_t const count = ::write(fd, image.data() + written, image.size() - written);
-        if (count < 0 && errno != EINTR) {
+        if (count > 0) {
+            written += static_cast<std::size_t>(count);
+        } else if (count == 0) {
+            return -EIO; // no progress and no reason: trying again could last for ever
+        } else if (errno != EINTR) {
             return -errno;
         }
-        written += count > 0 ? static_cast<std::size_t>(count) : 0;
     }
     return 0;
 }
