@@ -17,7 +17,7 @@ run_tests() { # the library's own tests, and the host in C
     rm -rf "$counts"
     mkdir -p "$counts"
     export LLVM_PROFILE_FILE=$counts/%m%c.profraw
-    printf '%s\0' "${programs[@]}" | xargs -0 -I {} -P "$jobs" "$build/bin/{}" --gtest_brief=1
+    printf '%s\0' "${programs[@]}" | xargs -0 -I {} -P "$jobs" env "$build/bin/{}" --gtest_brief=1 || return
     "$build/bin/c_interface" "$build/share/zulrt/sample.zul"
 }
 
