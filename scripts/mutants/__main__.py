@@ -212,10 +212,13 @@ def try_all(drawn, texts, count, workers, tally):
 def main():
     options = options_of_command_line()
     texts, known, tally = {}, equivalents(), Tally()
-    drawn = [(job, mutant) for job, mutant in candidates(texts, options.seed)
+    every = [(job, mutant, (mutant.path, *mutant.changed_lines(texts[mutant.path])))
+             for job, mutant in candidates(texts, options.seed)]
+    for path, old, new in known - {lines for _, _, lines in every}:
+        sys.exit(f"{EQUIVALENT}: there is no such mutant by now:\n{path}\n- {old}\n+ {new}")
+    drawn = [(job, mutant, lines) for job, mutant, lines in every
              if fnmatch.fnmatch(f"{job} {mutant.path}:{mutant.line}", options.only)]
-    changing = [(job, mutant) for job, mutant in drawn
-                if (mutant.path, *mutant.changed_lines(texts[mutant.path])) not in known]
+    changing = [(job, mutant) for job, mutant, lines in drawn if lines not in known]
     programs = sorted({program for _, mutant in changing for program in programs_for(mutant.path)})
     workers = prepare(options.build, options.jobs, programs)
     try_all(iter(changing), texts, options.count, workers, tally)
