@@ -82,8 +82,8 @@ class Report:
 
 
 def short(name):
-    """A function's name without its template arguments; operators keep theirs."""
-    while (bare := re.sub(r"<[^<>]*>", "", name)) != name and "operator" not in name:
+    """A function's name without its template arguments; that of an operator with an angle bracket keeps them."""
+    while (bare := re.sub(r"<[^<>]*>", "", name)) != name and not re.search(r"operator *[-<>]", name):
         name = bare
     return name
 

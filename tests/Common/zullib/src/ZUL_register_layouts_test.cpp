@@ -111,3 +111,11 @@ TEST(RegisterTag, VisitShowsCutTags)
     expectCutsAreShown(emptyRegister, newRegister(), 32);
     expectCutsAreShown(emptyRegister, newRegister().setU32(4, 0xFFFFFFFF).setU32(24, 0xFFFFFFFF), 32);
 }
+
+TEST(RegisterTag, VisitKnowsTheLayoutByTheIdAlone)
+{
+    ZUL_register reg = emptyRegister();
+    EXPECT_STREQ(visited(reg, oldRegister().cut(4)).at(20).name, "writable");
+    EXPECT_STREQ(visited(reg, newRegister().cut(4)).at(9).name, "writable");
+    EXPECT_STREQ(visited(reg, oldRegister().cut(3)).at(9).name, "writable") << "anything but the older one";
+}

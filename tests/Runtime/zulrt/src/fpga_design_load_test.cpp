@@ -167,6 +167,18 @@ TEST(DesignFromBuffer, ReplacesTheFormerDesign)
 
 // From a file.
 
+TEST_F(DesignFile, EndsWithItsLastByte)
+{
+    fpga_design design;
+    for (std::size_t const padding : {0U, 1U, 8U}) {
+        std::string const path = put(Bytes(designs::rich()).zeros(padding));
+        EXPECT_EQ(load(design, path), 0) << "up to 8 bytes at the end begin no tag";
+    }
+    std::string const path = put(Bytes(designs::rich()).zeros(9));
+    CapturedOutput const quiet;
+    EXPECT_EQ(load(design, path), -14) << "a tag of no length";
+}
+
 TEST_F(DesignFile, LoadsAndTellsItsPath)
 {
     std::string const path = put(designs::rich());

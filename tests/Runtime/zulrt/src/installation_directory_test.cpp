@@ -6,11 +6,15 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <cstring>
+#include <fcntl.h>
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <sys/wait.h>
 #include <thread>
+#include <unistd.h>
 #include <vector>
 
 namespace {
@@ -180,6 +184,28 @@ TEST(KovaDir, OwnPathGoesBeforeTheEnvironment)
                   return KovaDir::GetKovaDir() == directoryOfThisBuild() ? 1 : 0;
               }),
               1);
+}
+
+/// The exit status of this program when it is called by @p name and runs @p test alone.
+int statusOfTestCalledBy(char const* name, char const* test)
+{
+    pid_t const child = fork();
+    if (child == 0) {
+        unsetenv("GTEST_TOTAL_SHARDS");
+        int const nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
+        dup2(nowhere, STDOUT_FILENO);
+        execl("/proc/self/exe", name, (std::string("--gtest_filter=") + test).c_str(), nullptr);
+        _exit(127);
+    }
+    int status = 0;
+    return waitpid(child, &status, 0) == child && WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+TEST(KovaDir, ItsOwnPathIsNotWhatTheProgramIsCalledBy)
+{
+    for (char const* const name : {"zulrt_tests", "./zulrt_tests", "/opt/other/lib/zulrt_tests"}) {
+        EXPECT_EQ(statusOfTestCalledBy(name, "KovaDir.OwnPathGoesBeforeTheEnvironment"), 0) << name;
+    }
 }
 
 TEST(KovaDir, TellsHowItFoundTheDirectory)

@@ -73,6 +73,19 @@ TEST(UnpackingFailure, UnwritableTmpLeavesNoDirectoryHeld)
     });
 }
 
+TEST(UnpackingFailure, EmptyPrivateDirectoryIsRemovedAlsoWhenItCannotBeOpened)
+{
+    inPrivateTmp([] {
+        LibraryDesign const design = designWith(deflated(noise(1000)));
+        for (int const error : {EPERM, EACCES, EMFILE}) {
+            EXPECT_EQ(withFailingCall(SYS_openat, error,
+                                      [&] { return LibraryDirectory(true).replace(design.zul, system516); }),
+                      0);
+            EXPECT_EQ(inTmp(), Names());
+        }
+    });
+}
+
 TEST(UnpackingFailure, FullDiskLeavesNothing)
 {
     inPrivateTmp([] {
