@@ -115,7 +115,9 @@ class Worker:
         return True
 
     def make_mirror(self, mutant, program, tests):
-        """Makes a program of some tests of another one, which see a mutated header themselves. @return whether they compile"""
+        """Makes a program of some tests of another one, which see the mutated header themselves.
+
+        @return whether they compile"""
         objects = [f"CMakeFiles/{program}.dir/{test.relative_to(self.build.root)}.o" for test in tests]
         replaced = self._compiled_with(mutant, objects)
         if replaced is None:
