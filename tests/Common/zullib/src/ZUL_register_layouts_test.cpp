@@ -95,6 +95,8 @@ TEST(RegisterTag, VisitNamesEveryBrokenRule)
     VisitRecord const record = visited(reg, damaged);
     ASSERT_EQ(record.problems.size(), 3U);
     EXPECT_STREQ(record.problems[0].field, "length");
+    EXPECT_EQ(record.problems[0].offset, 4U);
+    EXPECT_EQ(record.problems[0].width, 4U);
     EXPECT_EQ(record.problems[0].expected, "40");
     EXPECT_EQ(record.problems[1].offset, 8U);
     EXPECT_EQ(record.problems[1].expected, "1 or 2");
