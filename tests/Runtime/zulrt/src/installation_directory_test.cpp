@@ -192,6 +192,7 @@ int statusOfTestCalledBy(char const* name, char const* test)
     pid_t const child = fork();
     if (child == 0) {
         unsetenv("GTEST_TOTAL_SHARDS");
+        unsetenv("GTEST_SHARD_INDEX");
         int const nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
         dup2(nowhere, STDOUT_FILENO);
         execl("/proc/self/exe", name, (std::string("--gtest_filter=") + test).c_str(), nullptr);
