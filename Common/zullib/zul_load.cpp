@@ -59,7 +59,7 @@ private:
     bool countsMatch() const;
     void finish();
     template <class Array>
-    void announce(Array& array, std::uint32_t count) const;
+    static void announce(Array& array, std::uint32_t count);
 
     ZUL& m_zul;
     ZUL_private& m_store;
@@ -85,7 +85,7 @@ void ContainerLoader::readHead()
 
 /// Sets a capacity; what is in a filled container stays.
 template <class Array>
-void ContainerLoader::announce(Array& array, std::uint32_t count) const
+void ContainerLoader::announce(Array& array, std::uint32_t count)
 {
     array.scale(std::max(count, array.getCount()));
 }

@@ -88,24 +88,31 @@ bool RegisterNames::addNew(ZUL_register& reg)
 void RegisterNames::add(ZUL_register_link& link)
 {
     if (link.m_alias) {
-        point(link);
+        point(link, targetOf(link));
     }
 }
 
 bool RegisterNames::addNew(ZUL_register_link& link)
 {
-    if (link.m_target) {
-        Slot const* const target = slotOf(link.m_target.view());
-        if (target != nullptr && target->reg == nullptr && m_linked[target->place].alias) {
-            return false;
-        }
+    Slot const* const target = targetOf(link);
+    if (target != nullptr && target->reg == nullptr && m_linked[target->place].alias) {
+        return false;
     }
-    add(link);
+    if (link.m_alias) {
+        point(link, target);
+    }
     return true;
 }
 
-void RegisterNames::point(ZUL_register_link const& link)
+/// The slot of the name that a link points to, or null.
+RegisterNames::Slot const* RegisterNames::targetOf(ZUL_register_link const& link)
 {
+    return link.m_target ? slotOf(link.m_target.view()) : nullptr;
+}
+
+void RegisterNames::point(ZUL_register_link const& link, Slot const* slotOfTarget)
+{
+    Placed const to = slotOfTarget == nullptr ? Placed{} : resolved(*slotOfTarget);
     std::uint32_t const alias = linked(link.m_alias.view());
     if (m_linked[alias].alias) {
         return; // an earlier link has this alias
@@ -114,8 +121,6 @@ void RegisterNames::point(ZUL_register_link const& link)
     if (!link.m_target) {
         return;
     }
-    Slot const* const slot = slotOf(link.m_target.view());
-    Placed const to = slot == nullptr ? Placed{} : resolved(*slot);
     if (to.reg == nullptr) {
         std::uint32_t const target = linked(link.m_target.view());
         m_linked[alias].nextPointing = std::exchange(m_linked[target].firstPointing, alias);

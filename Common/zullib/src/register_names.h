@@ -72,7 +72,8 @@ private:
     std::pair<Slot*, bool> insert(std::string_view name);
     std::uint32_t nextPlace(ZUL_register const& reg);
     std::uint32_t linked(std::string_view name);
-    void point(ZUL_register_link const& link);
+    Slot const* targetOf(ZUL_register_link const& link);
+    void point(ZUL_register_link const& link, Slot const* slotOfTarget);
     void resolve(std::uint32_t name, Placed to) noexcept;
 
     HashSlots<Slot> m_slots;
