@@ -46,5 +46,5 @@ std::size_t SeededHash::hash(std::string_view text, std::uint64_t seed) noexcept
     }
     hash = mix(hash ^ loadTail(text), multiplier ^ seed);
     // A factor that depends on the seed is a poor one for some seeds; this one is good for all.
-    return mix(hash ^ seed, 0xE7037ED1A0B428DBU);
+    return mix(hash ^ seed, lastMultiplier);
 }
