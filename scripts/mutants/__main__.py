@@ -186,7 +186,8 @@ def options_of_command_line():
     parser.add_argument("--jobs", type=int, default=2)
     parser.add_argument("--only", default="*", metavar="PATTERN",
                         help="of all mutants, those whose place matches, e.g. 'saving */zul_save.cpp:*'")
-    parser.add_argument("--build", type=Path, required=True, help=argparse.SUPPRESS)
+    parser.add_argument("--build", type=Path, help=argparse.SUPPRESS)
+    parser.add_argument("--check-list", action="store_true", help=argparse.SUPPRESS)
     return parser.parse_args()
 
 
@@ -214,8 +215,11 @@ def main():
     texts, known, tally = {}, equivalents(), Tally()
     every = [(job, mutant, (mutant.path, *mutant.changed_lines(texts[mutant.path])))
              for job, mutant in candidates(texts, options.seed)]
-    for path, old, new in known - {lines for _, _, lines in every}:
-        sys.exit(f"{EQUIVALENT}: there is no such mutant by now:\n{path}\n- {old}\n+ {new}")
+    if gone := known - {lines for _, _, lines in every}:
+        sys.exit("\n".join([f"{EQUIVALENT}: there are no such mutants by now:",
+                            *(f"\n{path}\n- {old}\n+ {new}" for path, old, new in sorted(gone))]))
+    if options.check_list:
+        return 0
     drawn = [(job, mutant, lines) for job, mutant, lines in every
              if fnmatch.fnmatch(f"{job} {mutant.path}:{mutant.line}", options.only)]
     changing = [(job, mutant) for job, mutant, lines in drawn if lines not in known]
