@@ -1,5 +1,7 @@
 #include "kova/templates/platform/memory_blocks.h"
 
+#include "sanitized.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -47,12 +49,30 @@ TEST(MemoryBlocks, ManyMegabytesCanBeTaken)
     }
 }
 
+TEST(MemoryBlocks, PiecesMayEndWhereTheirBlockEnds)
+{
+    constexpr std::size_t half = 512; // of the first block
+    MemoryBlocks blocks;
+    auto const* const first = static_cast<char*>(blocks.take(half));
+    auto const* const second = static_cast<char*>(blocks.take(half));
+    MemoryBlocks characters;
+    char const* const begin = characters.takeCharacters(half);
+    char const* const rest = characters.takeCharacters(half);
+    if (!isSanitized) { // then each piece is a block
+        EXPECT_EQ(second, first + half);
+        EXPECT_EQ(rest, begin + half);
+    }
+}
+
 TEST(MemoryBlocks, AreEmptyAfterClear)
 {
     MemoryBlocks blocks;
-    std::memset(blocks.take(100), 1, 100);
-    blocks.clear();
-    std::memset(blocks.take(100), 2, 100);
+    for (std::size_t const size : {1U, 100U}) {
+        blocks.clear();
+        std::memset(blocks.take(size), 1, size);
+        blocks.clear();
+        std::memset(blocks.takeCharacters(size), 2, size);
+    }
 }
 
 TEST(LargeAllocator, HoldsArraysOfAnySize)
